@@ -1,0 +1,102 @@
+#include "Tracking/DebugKtTracker.h"
+
+#include "Util/FunctionForwarder.h"
+
+#include <glog/logging.h>
+
+#include <QListWidget>
+#include <QPointer>
+#include <QString>
+
+#include <sstream>
+#include <string>
+
+namespace Velkor::KT::Tracking
+{
+
+namespace
+{
+
+const char kStyleSheet[] =
+    "color: black; background: white; font-family: \"Courier\"; font-size: 12px;";
+
+// The event name and a line end, then one "\tKEY=VALUE" line per property in key order.
+std::string EventText(const Event& event)
+{
+    std::ostringstream text;
+    text << event.name << '\n';
+    for (const auto& [key, value] : event.params)
+    {
+        text << '\t' << key << '=' << value << '\n';
+    }
+    return text.str();
+}
+
+}  // namespace
+
+class DebugKtTracker::Private
+{
+public:
+    void Show(const Event& event)
+    {
+        const std::string text = EventText(event);
+        LOG(INFO) << "Stat:" << text;
+
+        if (!window)
+        {
+            window = new QListWidget();
+            window->setWindowFlags(Qt::Window);
+            window->setStyleSheet(QString::fromLatin1(kStyleSheet));
+            window->resize(640, 480);
+        }
+        if (!window->isVisible())
+        {
+            window->show();
+        }
+        window->addItem(QString::fromStdString(text));
+        ScrollToBottom();
+    }
+
+    // A list view lays out all of its items again after every insertion, and scrolling needs
+    // that layout. Events queued together are shown together (nothing is painted between
+    // them), so the scroll is done once, after the last of the events already queued.
+    void ScrollToBottom()
+    {
+        if (scrollPending)
+        {
+            return;
+        }
+        scrollPending = true;
+        forwarder.Forward([this]() {
+            scrollPending = false;
+            if (window)
+            {
+                window->scrollToBottom();
+            }
+        });
+    }
+
+    QPointer<QListWidget> window;
+    bool scrollPending = false;
+    // Declared last so that it is destroyed first: queued functions refer to this record, and
+    // none of them runs once the record is going away.
+    Velkor::Util::FunctionForwarder forwarder;
+};
+
+DebugKtTracker::DebugKtTracker() : d(std::make_unique<Private>()) {}
+
+DebugKtTracker::~DebugKtTracker()
+{
+    if (d->window)
+    {
+        d->window->deleteLater();
+    }
+}
+
+void DebugKtTracker::Track(const Event& event)
+{
+    Private* const record = d.get();
+    d->forwarder.Forward([record, event]() { record->Show(event); });
+}
+
+}  // namespace Velkor::KT::Tracking

@@ -1,0 +1,12 @@
+#pragma once
+
+// Everything a host needs: the event record, the tracker interfaces and the exported trackers.
+
+#include "Tracking/TrackingExport.h"
+
+#include "Tracking/Event.h"
+#include "Tracking/IKtTracker.h"
+#include "Tracking/IKtTrackingEndpoint.h"
+#include "Tracking/NotNull.h"
+
+#include "Tracking/DebugKtTracker.h"

@@ -1,0 +1,280 @@
+#include "Tracking/Tracking.h"
+
+#include "Support/LogCapture.h"
+#include "Support/QtPump.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QListWidget>
+#include <QPointer>
+#include <QScrollBar>
+
+#include <memory>
+#include <sstream>
+#include <ostream>
+#include <string>
+#include <thread>
+#include <vector>
+
+using Velkor::KT::Tracking::DebugKtTracker;
+using Velkor::KT::Tracking::Event;
+
+namespace
+{
+
+// Viewers are found the way a person finds them: among the application's top-level windows.
+std::vector<QListWidget*> Viewers()
+{
+    std::vector<QListWidget*> viewers;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+    {
+        if (auto* list = qobject_cast<QListWidget*>(widget))
+        {
+            viewers.push_back(list);
+        }
+    }
+    return viewers;
+}
+
+QListWidget* OnlyViewer()
+{
+    const auto viewers = Viewers();
+    return viewers.size() == 1 ? viewers.front() : nullptr;
+}
+
+std::vector<std::string> Items(const QListWidget& list)
+{
+    std::vector<std::string> items;
+    for (int row = 0; row < list.count(); ++row)
+    {
+        items.push_back(list.item(row)->text().toStdString());
+    }
+    return items;
+}
+
+class DebugKtTrackerTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        KtTest::RunDeferredDeletes();
+        ASSERT_TRUE(Viewers().empty()) << "a viewer of an earlier test is still alive";
+    }
+
+    void TearDown() override
+    {
+        tracker.reset();
+        KtTest::RunDeferredDeletes();
+        EXPECT_TRUE(Viewers().empty()) << "the viewer must be deleted after the tracker";
+    }
+
+    std::unique_ptr<DebugKtTracker> tracker = std::make_unique<DebugKtTracker>();
+};
+
+TEST_F(DebugKtTrackerTest, NoWindowBeforeTheFirstEvent)
+{
+    KtTest::Pump();
+    EXPECT_TRUE(Viewers().empty());
+}
+
+TEST_F(DebugKtTrackerTest, TrackOnlyQueuesTheDisplay)
+{
+    tracker->Track(Event{"A", {}});
+    EXPECT_TRUE(Viewers().empty());
+    KtTest::Pump();
+    EXPECT_NE(OnlyViewer(), nullptr);
+}
+
+TEST_F(DebugKtTrackerTest, FirstEventCreatesAndShowsThePlainWindow)
+{
+    tracker->Track(Event{"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}});
+    KtTest::Pump();
+    QListWidget* viewer = OnlyViewer();
+    ASSERT_NE(viewer, nullptr);
+    EXPECT_TRUE(viewer->isVisible());
+    EXPECT_EQ(viewer->parent(), nullptr);
+    EXPECT_TRUE(viewer->isWindow());
+    EXPECT_EQ(viewer->windowType(), Qt::Window);
+    EXPECT_EQ(viewer->styleSheet().toStdString(),
+              "color: black; background: white; font-family: \"Courier\"; font-size: 12px;");
+    EXPECT_EQ(viewer->size(), QSize(640, 480));
+    EXPECT_TRUE(viewer->windowTitle().isEmpty());
+    EXPECT_EQ(Items(*viewer), (std::vector<std::string>{"EMAIL_DIALOG_SHOWN\n\tLANG=en\n"}));
+}
+
+TEST_F(DebugKtTrackerTest, SecondEventReusesTheWindow)
+{
+    tracker->Track(Event{"A", {}});
+    KtTest::Pump();
+    QPointer<QListWidget> first = OnlyViewer();
+    ASSERT_TRUE(first);
+    tracker->Track(Event{"B", {}});
+    KtTest::Pump();
+    EXPECT_EQ(OnlyViewer(), first.data());
+    EXPECT_EQ(Items(*first), (std::vector<std::string>{"A\n", "B\n"}));
+}
+
+TEST_F(DebugKtTrackerTest, ClosedWindowComesBackWithAllItems)
+{
+    tracker->Track(Event{"A", {}});
+    KtTest::Pump();
+    QPointer<QListWidget> viewer = OnlyViewer();
+    ASSERT_TRUE(viewer);
+    ASSERT_TRUE(viewer->close());
+    KtTest::Pump();
+    ASSERT_TRUE(viewer) << "closing must only hide the window";
+    EXPECT_FALSE(viewer->isVisible());
+
+    tracker->Track(Event{"B", {{"K", "v"}}});
+    KtTest::Pump();
+    ASSERT_TRUE(viewer);
+    EXPECT_TRUE(viewer->isVisible());
+    EXPECT_EQ(Items(*viewer), (std::vector<std::string>{"A\n", "B\n\tK=v\n"}));
+}
+
+struct TextRow
+{
+    const char* label;
+    Event event;
+    std::string item;
+};
+
+void PrintTo(const TextRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class DebugKtTrackerTextTest : public DebugKtTrackerTest,
+                               public testing::WithParamInterface<TextRow>
+{
+};
+
+// Each event is one item; its text is also the "Stat:" log line (glog drops the final line end).
+TEST_P(DebugKtTrackerTextTest, ItemAndLogLineShowTheEvent)
+{
+    KtTest::LogCapture log;
+    tracker->Track(GetParam().event);
+    KtTest::Pump();
+    QListWidget* viewer = OnlyViewer();
+    ASSERT_NE(viewer, nullptr);
+    EXPECT_EQ(Items(*viewer), std::vector<std::string>{GetParam().item});
+
+    std::vector<KtTest::LogCapture::Line> stat;
+    for (const auto& line : log.Lines())
+    {
+        if (line.message.rfind("Stat:", 0) == 0)
+        {
+            stat.push_back(line);
+        }
+    }
+    ASSERT_EQ(stat.size(), 1u);
+    const std::string& item = GetParam().item;
+    EXPECT_EQ(stat[0].message, "Stat:" + item.substr(0, item.size() - 1));
+    EXPECT_EQ(stat[0].severity, google::GLOG_INFO);
+    EXPECT_EQ(stat[0].file, "DebugKtTracker.cpp");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, DebugKtTrackerTextTest,
+    testing::Values(
+        TextRow{"OneProperty", {"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}},
+                "EMAIL_DIALOG_SHOWN\n\tLANG=en\n"},
+        TextRow{"NoProperties", {"APP_EXIT", {}}, "APP_EXIT\n"},
+        TextRow{"KeysInByteOrder", {"E", {{"b", "2"}, {"A", "1"}}}, "E\n\tA=1\n\tb=2\n"},
+        TextRow{"LineEndInValueStaysInTheItem", {"E", {{"K", "one\ntwo"}}}, "E\n\tK=one\ntwo\n"},
+        TextRow{"EmptyValueAndEqualsSign", {"E", {{"K", ""}, {"Q", "a=b"}}}, "E\n\tK=\n\tQ=a=b\n"},
+        TextRow{"Utf8Kept", {"E", {{"NAME", "\xC3\xA9t\xC3\xA9"}}}, "E\n\tNAME=\xC3\xA9t\xC3\xA9\n"}),
+    [](const testing::TestParamInfo<TextRow>& info) { return std::string(info.param.label); });
+
+TEST_F(DebugKtTrackerTest, ScrollsToTheNewestEvent)
+{
+    for (int i = 0; i < 200; ++i)
+    {
+        tracker->Track(Event{"E" + std::to_string(i), {{"K", "v"}}});
+    }
+    KtTest::Pump();
+    QListWidget* viewer = OnlyViewer();
+    ASSERT_NE(viewer, nullptr);
+    ASSERT_EQ(viewer->count(), 200);
+    QScrollBar* bar = viewer->verticalScrollBar();
+    EXPECT_GT(bar->maximum(), 0);
+    EXPECT_EQ(bar->value(), bar->maximum());
+    const QRect last = viewer->visualItemRect(viewer->item(199));
+    EXPECT_TRUE(viewer->viewport()->rect().intersects(last));
+}
+
+TEST_F(DebugKtTrackerTest, DestroyingBeforeAnyEventCreatesNoWindow)
+{
+    tracker.reset();
+    KtTest::Pump();
+    EXPECT_TRUE(Viewers().empty());
+}
+
+TEST_F(DebugKtTrackerTest, DestroyingWithQueuedEventsShowsNothing)
+{
+    tracker->Track(Event{"A", {}});
+    tracker.reset();
+    KtTest::Pump();
+    EXPECT_TRUE(Viewers().empty());
+}
+
+TEST_F(DebugKtTrackerTest, DestroyingDefersTheWindowDeletion)
+{
+    tracker->Track(Event{"A", {}});
+    KtTest::Pump();
+    QPointer<QListWidget> viewer = OnlyViewer();
+    ASSERT_TRUE(viewer);
+    tracker.reset();
+    EXPECT_TRUE(viewer) << "the window must outlive the tracker until the event loop runs";
+    KtTest::RunDeferredDeletes();
+    EXPECT_FALSE(viewer);
+}
+
+// Four threads track 10,000 events each while the GUI thread shows them: every event appears
+// exactly once, and the events of each thread appear in that thread's call order.
+TEST_F(DebugKtTrackerTest, ConcurrentTrackingLosesAndDoublesNothing)
+{
+    constexpr int kThreads = 4;
+    constexpr int kPerThread = 10000;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+    {
+        threads.emplace_back([this, t] {
+            for (int i = 0; i < kPerThread; ++i)
+            {
+                tracker->Track(Event{"T" + std::to_string(t), {{"SEQ", std::to_string(i)}}});
+            }
+        });
+    }
+    // The GUI thread keeps displaying while the threads are still tracking.
+    QPointer<QListWidget> viewer;
+    ASSERT_TRUE(KtTest::PumpUntil([&] {
+        if (!viewer)
+        {
+            viewer = OnlyViewer();
+        }
+        return viewer && viewer->count() >= kThreads * kPerThread;
+    }));
+    for (auto& thread : threads)
+    {
+        thread.join();
+    }
+    KtTest::Pump();
+    ASSERT_EQ(viewer->count(), kThreads * kPerThread);
+
+    std::vector<int> next(kThreads, 0);
+    for (int row = 0; row < viewer->count(); ++row)
+    {
+        const std::string text = viewer->item(row)->text().toStdString();
+        int t = -1;
+        int seq = -1;
+        ASSERT_EQ(std::sscanf(text.c_str(), "T%d\n\tSEQ=%d\n", &t, &seq), 2) << text;
+        ASSERT_TRUE(t >= 0 && t < kThreads) << text;
+        ASSERT_EQ(seq, next[t]) << "row " << row << ": thread " << t << " lost, doubled or reordered";
+        ++next[t];
+    }
+    EXPECT_EQ(next, std::vector<int>(kThreads, kPerThread));
+}
+
+}  // namespace
