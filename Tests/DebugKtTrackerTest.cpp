@@ -204,6 +204,23 @@ TEST_F(DebugKtTrackerTest, ScrollsToTheNewestEvent)
     EXPECT_TRUE(viewer->viewport()->rect().intersects(last));
 }
 
+// Every line of an event stays readable: an item is as tall as its text.
+TEST_F(DebugKtTrackerTest, ItemsAreTallEnoughForAllTheirLines)
+{
+    tracker->Track(Event{"A", {}});
+    tracker->Track(Event{"B", {{"K1", "1"}, {"K2", "2"}, {"K3", "3"}}});
+    KtTest::Pump();
+    QListWidget* viewer = OnlyViewer();
+    ASSERT_NE(viewer, nullptr);
+    ASSERT_EQ(viewer->count(), 2);
+    const int lineSpacing = viewer->fontMetrics().lineSpacing();
+    const QRect one = viewer->visualItemRect(viewer->item(0));
+    const QRect four = viewer->visualItemRect(viewer->item(1));
+    EXPECT_GE(one.height(), lineSpacing);
+    EXPECT_GE(four.height(), 4 * lineSpacing);
+    EXPECT_GE(four.top(), one.bottom()) << "items must not overlap";
+}
+
 TEST_F(DebugKtTrackerTest, DestroyingBeforeAnyEventCreatesNoWindow)
 {
     tracker.reset();

@@ -3,6 +3,7 @@
 //
 //   KtSampleChain            runs headless and exits when every event has been shown
 //   KtSampleChain --show     keeps the viewer window open until it is closed
+//   KtSampleChain --screenshot FILE   also saves a picture of the viewer to FILE (PNG)
 
 #include "Tracking/Tracking.h"
 
@@ -45,6 +46,8 @@ private:
 int main(int argc, char** argv)
 {
     const bool show = argc > 1 && std::strcmp(argv[1], "--show") == 0;
+    const char* screenshot =
+        argc > 2 && std::strcmp(argv[1], "--screenshot") == 0 ? argv[2] : nullptr;
     if (!show && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
     {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -68,7 +71,16 @@ int main(int argc, char** argv)
     if (!show)
     {
         // Every event has been queued; the viewer shows them when the loop runs, then we stop.
-        QTimer::singleShot(0, &application, &QApplication::quit);
+        QTimer::singleShot(0, &application, [&application, screenshot] {
+            for (QWidget* window : QApplication::topLevelWidgets())
+            {
+                if (screenshot && qobject_cast<QListWidget*>(window) && window->isVisible())
+                {
+                    window->grab().save(QString::fromLocal8Bit(screenshot));
+                }
+            }
+            application.quit();
+        });
     }
     const int result = application.exec();
     head.reset();

@@ -53,7 +53,11 @@ public:
         {
             window->show();
         }
-        window->addItem(QString::fromStdString(text));
+        auto* item = new QListWidgetItem(QString::fromStdString(text));
+        window->addItem(item);
+        // The list lays out every item again after each insertion; an item that carries its own
+        // size hint spares the delegate from measuring its text each time.
+        item->setSizeHint(window->sizeHintForIndex(window->model()->index(window->row(item), 0)));
         ScrollToBottom();
     }
 
