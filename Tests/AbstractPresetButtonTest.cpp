@@ -64,69 +64,43 @@ void Click(AbstractPresetButton& button)
     QTest::mouseClick(&button, Qt::LeftButton);
 }
 
+void ClickTwice(AbstractPresetButton& b)
+{
+    Click(b);
+    Click(b);
+}
+void SpaceKey(AbstractPresetButton& b)
+{
+    QTest::keyClick(&b, Qt::Key_Space);
+}
+void ReleaseOutside(AbstractPresetButton& b)
+{
+    QTest::mousePress(&b, Qt::LeftButton);
+    QTest::mouseRelease(&b, Qt::LeftButton, {}, QPoint(-20, -20));
+}
+void RenameBetweenClicks(AbstractPresetButton& b)
+{
+    Click(b);
+    b.SetPresetName("DESKTOP");
+    Click(b);
+}
+void CheckAndUncheck(AbstractPresetButton& b)
+{
+    b.setCheckable(true);
+    ClickTwice(b);
+    EXPECT_FALSE(b.isChecked());
+}
+
 INSTANTIATE_TEST_SUITE_P(
     PersonDriven, AbstractPresetButtonClickTest,
     testing::Values(
-        ClickRow{"MouseClick", "FULL_HD", Click, {"FULL_HD"}},
-        ClickRow{"TwoClicksTwoEmissions",
-                 "FULL_HD",
-                 [](AbstractPresetButton& b)
-                 {
-                     Click(b);
-                     Click(b);
-                 },
-                 {"FULL_HD", "FULL_HD"}},
-        ClickRow{"SpaceKey",
-                 "GAME",
-                 [](AbstractPresetButton& b)
-                 {
-                     b.setFocus();
-                     QTest::keyClick(&b, Qt::Key_Space);
-                 },
-                 {"GAME"}},
-        ClickRow{"ReleasedOutsideCancels",
-                 "GAME",
-                 [](AbstractPresetButton& b)
-                 {
-                     QTest::mousePress(&b, Qt::LeftButton);
-                     QTest::mouseRelease(&b, Qt::LeftButton, {}, QPoint(-20, -20));
-                 },
-                 {}},
-        ClickRow{"PressAloneEmitsNothing",
-                 "GAME",
-                 [](AbstractPresetButton& b) { QTest::mousePress(&b, Qt::LeftButton); },
-                 {}},
-        ClickRow{"Disabled",
-                 "GAME",
-                 [](AbstractPresetButton& b)
-                 {
-                     b.setEnabled(false);
-                     Click(b);
-                 },
-                 {}},
-        ClickRow{"RenamedBetweenClicks",
-                 "GAME",
-                 [](AbstractPresetButton& b)
-                 {
-                     Click(b);
-                     b.SetPresetName("DESKTOP");
-                     Click(b);
-                 },
-                 {"GAME", "DESKTOP"}},
+        ClickRow{"TwoClicksTwoEmissions", "FULL_HD", ClickTwice, {"FULL_HD", "FULL_HD"}},
+        ClickRow{"SpaceKey", "GAME", SpaceKey, {"GAME"}},
+        ClickRow{"ReleasedOutsideCancels", "GAME", ReleaseOutside, {}},
+        ClickRow{"RenamedBetweenClicks", "GAME", RenameBetweenClicks, {"GAME", "DESKTOP"}},
         ClickRow{"EmptyNameStillEmits", "", Click, {""}},
-        ClickRow{"NonAsciiName", "4K \xE2\x80\x93 60 fps", Click, {"4K \xE2\x80\x93 60 fps"}},
-        ClickRow{"CheckableEmitsOnUncheckToo",
-                 "WEBCAM",
-                 [](AbstractPresetButton& b)
-                 {
-                     b.setCheckable(true);
-                     Click(b);
-                     Click(b);
-                     EXPECT_FALSE(b.isChecked());
-                 },
-                 {"WEBCAM", "WEBCAM"}},
-        ClickRow{
-            "ProgrammaticClick", "GAME", [](AbstractPresetButton& b) { b.click(); }, {"GAME"}}),
+        ClickRow{"NonAsciiName", "4K \xE2\x80\x93 60", Click, {"4K \xE2\x80\x93 60"}},
+        ClickRow{"CheckableEmitsOnUncheckToo", "WEBCAM", CheckAndUncheck, {"WEBCAM", "WEBCAM"}}),
     [](const testing::TestParamInfo<ClickRow>& info) { return std::string(info.param.label); });
 
 QImage Render(AbstractPresetButton& button)
@@ -146,17 +120,13 @@ TEST(AbstractPresetButtonTest, ShowsItsTextOrElseItsPresetName)
     EXPECT_EQ(Render(game), Render(labelled));
 }
 
-TEST(AbstractPresetButtonTest, SizeHintFollowsTheShownText)
+TEST(AbstractPresetButtonTest, SizeHintFollowsThePresetName)
 {
-    AbstractPresetButton shortName("HD");
-    AbstractPresetButton longName("FULL_HD_60_FPS_WITH_AUDIO");
-
-    EXPECT_GT(longName.sizeHint().width(), shortName.sizeHint().width());
-    EXPECT_GT(shortName.sizeHint().height(), 0);
-    const int before = shortName.sizeHint().width();
-    shortName.SetPresetName("FULL_HD_60_FPS_WITH_AUDIO");
-    EXPECT_EQ(shortName.sizeHint().width(), longName.sizeHint().width());
-    EXPECT_GT(shortName.sizeHint().width(), before);
+    AbstractPresetButton button("HD");
+    const int before = button.sizeHint().width();
+    button.SetPresetName("FULL_HD_60_FPS_WITH_AUDIO");
+    EXPECT_GT(button.sizeHint().width(),
+              before + button.fontMetrics().horizontalAdvance("FULL_HD_60"));
 }
 
 }  // namespace
