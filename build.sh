@@ -14,6 +14,8 @@ cd "$(dirname "$0")"
 
 PACKAGES=(cmake make g++ pkg-config qtbase5-dev libxerces-c-dev xsdcxx libboost-dev
           libgoogle-glog-dev googletest libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth)
+# Qt's private headers: tests inspect an object's installed event filters.
+PACKAGES+=(qtbase5-private-dev)
 
 usage() { sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
 

@@ -10,3 +10,6 @@
 #include "Tracking/NotNull.h"
 
 #include "Tracking/DebugKtTracker.h"
+
+#include "Tracking/LambdaQt4WithStringParameter.h"
+#include "Tracking/QtEventHandler.h"
