@@ -10,3 +10,5 @@
 #include "Tracking/NotNull.h"
 
 #include "Tracking/DebugKtTracker.h"
+#include "Tracking/AppCoreKtTracker.h"
+#include "Tracking/ForwardKtTracker.h"
