@@ -52,7 +52,7 @@ private:
 
 FileDescriptor OpenForAppend(const std::string& path)
 {
-    return FileDescriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+    return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
 }
 
 // Cuts off an incomplete last line, left behind by a process that died while writing it.
@@ -156,21 +156,37 @@ public:
         return true;
     }
 
-    // Renames are atomic, so a process killed in the middle leaves every line in exactly one
-    // file; a missing number in the sequence is tolerated by the next rotation.
+    // Shifts the run of rotated files that starts at number 1 up by one, dropping the oldest
+    // when every number is taken, and starts a new current file. Renames are atomic, so a
+    // process killed in the middle leaves every line in exactly one file; the gap it may leave
+    // ends the run, and the next rotation fills it.
     bool Rotate()
     {
         file = FileDescriptor();
         const unsigned last = options.maxFiles - 1;
-        ::unlink(FilePath(last).c_str());
-        for (unsigned index = last; index > 1; --index)
+        if (last == 0)
+        {
+            ::unlink(FilePath(0).c_str());
+            return OpenCurrent();
+        }
+        unsigned free = 1;
+        struct stat status
+        {
+        };
+        while (free <= last && ::stat(FilePath(free).c_str(), &status) == 0)
+        {
+            ++free;
+        }
+        if (free > last)
+        {
+            ::unlink(FilePath(last).c_str());
+            free = last;
+        }
+        for (unsigned index = free; index > 1; --index)
         {
             ::rename(FilePath(index - 1).c_str(), FilePath(index).c_str());
         }
-        if (last > 0)
-        {
-            ::rename(FilePath(0).c_str(), FilePath(1).c_str());
-        }
+        ::rename(FilePath(0).c_str(), FilePath(1).c_str());
         return OpenCurrent();
     }
 
