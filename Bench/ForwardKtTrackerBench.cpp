@@ -45,12 +45,14 @@ Event CaptureStop()
 void BM_ForwardIntoJsonLines(benchmark::State& state)
 {
     QTemporaryDir directory;
-    ScopedApplicationTrackerCreator creator([] {
-        JsonLinesApplicationTracker::Options options;
-        options.maxFileBytes = 16 * 1024 * 1024;
-        options.maxFiles = 2;
-        return RefPtr<IApplicationTracker>(JsonLinesApplicationTracker::Create(options));
-    });
+    ScopedApplicationTrackerCreator creator(
+        []
+        {
+            JsonLinesApplicationTracker::Options options;
+            options.maxFileBytes = 16 * 1024 * 1024;
+            options.maxFiles = 2;
+            return RefPtr<IApplicationTracker>(JsonLinesApplicationTracker::Create(options));
+        });
     auto settings = std::make_shared<Velkor::KT::ProductSettings>();
     settings->SetAllowSendStatistics(state.range(0) != 0);
     ForwardKtTracker tracker(std::make_shared<Velkor::App::CustomizationManager>("recorder", ""),

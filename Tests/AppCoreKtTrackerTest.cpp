@@ -70,13 +70,25 @@ TEST_P(AppCoreKtTrackerPassageTest, ReachesTheNextTrackerOnceWithTheCoresPropert
 INSTANTIATE_TEST_SUITE_P(
     Wrapper, AppCoreKtTrackerPassageTest,
     testing::Values(
-        PassageRow{"WrapperAddsNothing", "", "", "", {"E", {{"K", "v"}, {"A", ""}}},
+        PassageRow{"WrapperAddsNothing",
+                   "",
+                   "",
+                   "",
+                   {"E", {{"K", "v"}, {"A", ""}}},
                    {"E", {{"K", "v"}, {"A", ""}}}},
         PassageRow{"NoParams", "", "", "", {"E", {}}, {"E", {}}},
-        PassageRow{"AddsProductKeys", "Recorder", "5.1", "", {"E", {{"K", "v"}}},
+        PassageRow{"AddsProductKeys",
+                   "Recorder",
+                   "5.1",
+                   "",
+                   {"E", {{"K", "v"}}},
                    {"E", {{"K", "v"}, {"PRODUCT_NAME", "Recorder"}, {"PRODUCT_VERSION", "5.1"}}}},
-        PassageRow{"ReplacesEventValueUnderSameKey", "", "5.1", "",
-                   {"E", {{"PRODUCT_VERSION", "0.9"}}}, {"E", {{"PRODUCT_VERSION", "5.1"}}}},
+        PassageRow{"ReplacesEventValueUnderSameKey",
+                   "",
+                   "5.1",
+                   "",
+                   {"E", {{"PRODUCT_VERSION", "0.9"}}},
+                   {"E", {{"PRODUCT_VERSION", "5.1"}}}},
         PassageRow{"OwnFillersStayOff", "", "", "de_DE", {"E", {{"K", "v"}}}, {"E", {{"K", "v"}}}}),
     [](const testing::TestParamInfo<PassageRow>& info) { return std::string(info.param.label); });
 
@@ -89,9 +101,9 @@ TEST(AppCoreKtTrackerTest, KeepsTheOrderOfEvents)
         tracker.Track(Event{name, {}});
     }
     ASSERT_EQ(next->events.size(), 4u);
-    EXPECT_EQ(next->events[0].name + next->events[1].name + next->events[2].name +
-                  next->events[3].name,
-              "ABCA");
+    EXPECT_EQ(
+        next->events[0].name + next->events[1].name + next->events[2].name + next->events[3].name,
+        "ABCA");
 }
 
 TEST(AppCoreKtTrackerTest, DestructionReleasesTheWholeLoop)
@@ -155,14 +167,23 @@ INSTANTIATE_TEST_SUITE_P(
     Defaults, ApplicationTrackerAdapterDefaultsTest,
     testing::Values(
         DefaultsRow{"NoDefaults", {}, false, {{"K", "v"}}, {{"K", "v"}}},
-        DefaultsRow{"DefaultReplacesEventValue", {{{"LANG", "en"}}}, false, {{"LANG", "de"}},
+        DefaultsRow{"DefaultReplacesEventValue",
+                    {{{"LANG", "en"}}},
+                    false,
+                    {{"LANG", "de"}},
                     {{"LANG", "en"}}},
-        DefaultsRow{"FirstDefaultKept", {{{"LANG", "en"}}, {{"LANG", "fr"}}}, false, {},
-                    {{"LANG", "en"}}},
-        DefaultsRow{"DefaultsAddMissingKeys", {{{"A", "1"}}, {{"B", "2"}}}, false, {{"K", "v"}},
+        DefaultsRow{
+            "FirstDefaultKept", {{{"LANG", "en"}}, {{"LANG", "fr"}}}, false, {}, {{"LANG", "en"}}},
+        DefaultsRow{"DefaultsAddMissingKeys",
+                    {{{"A", "1"}}, {{"B", "2"}}},
+                    false,
+                    {{"K", "v"}},
                     {{"A", "1"}, {"B", "2"}, {"K", "v"}}},
-        DefaultsRow{"InitializeGivesDefaults", {{{"LANG", "en"}}, {{"LANG", "fr"}, {"X", "x"}}},
-                    true, {{"LANG", "de"}}, {{"LANG", "en"}, {"X", "x"}}}),
+        DefaultsRow{"InitializeGivesDefaults",
+                    {{{"LANG", "en"}}, {{"LANG", "fr"}, {"X", "x"}}},
+                    true,
+                    {{"LANG", "de"}},
+                    {{"LANG", "en"}, {"X", "x"}}}),
     [](const testing::TestParamInfo<DefaultsRow>& info) { return std::string(info.param.label); });
 
 TEST(ApplicationTrackerAdapterTest, SingleValueTrackIsAOneEntryMap)

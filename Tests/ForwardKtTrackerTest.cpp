@@ -181,25 +181,24 @@ TEST_P(ForwardKtTrackerDeliveryTest, ReachesEndpointsInOrderThenAnalytics)
 
 INSTANTIATE_TEST_SUITE_P(
     Endpoints, ForwardKtTrackerDeliveryTest,
-    testing::Values(
-        DeliveryRow{"NoEndpointsAnalyticsOnly",
-                    {},
-                    true,
-                    true,
-                    {"init:recorder|/data SID=S1", "analytics:E1 K=v", "analytics:E2"}},
-        DeliveryRow{"AThenBThenAnalytics",
-                    {"A", "B"},
-                    true,
-                    true,
-                    {"init:recorder|/data SID=S1", "A:E1", "B:E1", "analytics:E1 K=v", "A:E2",
-                     "B:E2", "analytics:E2"}},
-        DeliveryRow{"NotAllowedStillReachesEndpoints",
-                    {"A", "B"},
-                    true,
-                    false,
-                    {"init:recorder|/data SID=S1", "A:E1", "B:E1", "A:E2", "B:E2"}},
-        DeliveryRow{"NoAnalyticsTrackerIsInert", {"A"}, false, true, {"A:E1", "A:E2"}},
-        DeliveryRow{"NothingAtAll", {}, false, true, {}}),
+    testing::Values(DeliveryRow{"NoEndpointsAnalyticsOnly",
+                                {},
+                                true,
+                                true,
+                                {"init:recorder|/data SID=S1", "analytics:E1 K=v", "analytics:E2"}},
+                    DeliveryRow{"AThenBThenAnalytics",
+                                {"A", "B"},
+                                true,
+                                true,
+                                {"init:recorder|/data SID=S1", "A:E1", "B:E1", "analytics:E1 K=v",
+                                 "A:E2", "B:E2", "analytics:E2"}},
+                    DeliveryRow{"NotAllowedStillReachesEndpoints",
+                                {"A", "B"},
+                                true,
+                                false,
+                                {"init:recorder|/data SID=S1", "A:E1", "B:E1", "A:E2", "B:E2"}},
+                    DeliveryRow{"NoAnalyticsTrackerIsInert", {"A"}, false, true, {"A:E1", "A:E2"}},
+                    DeliveryRow{"NothingAtAll", {}, false, true, {}}),
     [](const testing::TestParamInfo<DeliveryRow>& info) { return std::string(info.param.label); });
 
 TEST(ForwardKtTrackerTest, PermissionIsReadForEveryEvent)
@@ -305,10 +304,12 @@ TEST(ForwardKtTrackerTest, NullProductSettingsThrowsBeforeAskingTheFactory)
 {
     int created = 0;
     Journal journal;
-    ScopedApplicationTrackerCreator creator([&] {
-        ++created;
-        return RefPtr<IApplicationTracker>(new Recording(journal));
-    });
+    ScopedApplicationTrackerCreator creator(
+        [&]
+        {
+            ++created;
+            return RefPtr<IApplicationTracker>(new Recording(journal));
+        });
     Fixture fixture;
     try
     {
@@ -331,10 +332,9 @@ TEST(ForwardKtTrackerTest, ReleasesTheAnalyticsTrackerAndEndpointsWhenDestroyed)
     Fixture fixture;
     auto endpoint = std::make_shared<RecordingEndpoint>("A", journal);
     const std::weak_ptr<RecordingEndpoint> weakEndpoint = endpoint;
-    auto tracker = std::make_unique<ForwardKtTracker>(fixture.customization, fixture.settings,
-                                                      fixture.session, ioPath("/d"),
-                                                      std::vector<std::shared_ptr<IKtTrackingEndpoint>>{
-                                                          endpoint});
+    auto tracker = std::make_unique<ForwardKtTracker>(
+        fixture.customization, fixture.settings, fixture.session, ioPath("/d"),
+        std::vector<std::shared_ptr<IKtTrackingEndpoint>>{endpoint});
     endpoint.reset();
     EXPECT_FALSE(destroyed);
     EXPECT_FALSE(weakEndpoint.expired());
@@ -350,9 +350,11 @@ TEST(ForwardKtTrackerTest, ConcurrentCallersReachTheReferenceTrackerExactlyOnce)
     constexpr int kThreads = 4;
     constexpr int kPerThread = 250;
     QTemporaryDir directory;
-    ScopedApplicationTrackerCreator creator([] {
-        return RefPtr<IApplicationTracker>(Velkor::Analytics::JsonLinesApplicationTracker::Create());
-    });
+    ScopedApplicationTrackerCreator creator(
+        [] {
+            return RefPtr<IApplicationTracker>(
+                Velkor::Analytics::JsonLinesApplicationTracker::Create());
+        });
     Fixture fixture;
     fixture.settings->SetAllowSendStatistics(true);
     {
@@ -361,12 +363,14 @@ TEST(ForwardKtTrackerTest, ConcurrentCallersReachTheReferenceTrackerExactlyOnce)
         std::vector<std::thread> threads;
         for (int t = 0; t < kThreads; ++t)
         {
-            threads.emplace_back([&tracker, t] {
-                for (int i = 0; i < kPerThread; ++i)
+            threads.emplace_back(
+                [&tracker, t]
                 {
-                    tracker.Track(Event{"E", {{"N", std::to_string(t * kPerThread + i)}}});
-                }
-            });
+                    for (int i = 0; i < kPerThread; ++i)
+                    {
+                        tracker.Track(Event{"E", {{"N", std::to_string(t * kPerThread + i)}}});
+                    }
+                });
         }
         for (auto& thread : threads)
         {

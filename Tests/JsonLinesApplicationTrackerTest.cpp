@@ -44,7 +44,7 @@ struct Stored
 {
     std::vector<std::string> lines;
     std::vector<qint64> fileSizes;
-    int jsonlFiles = 0;       // every *.jsonl file of the directory
+    int jsonlFiles = 0;  // every *.jsonl file of the directory
     bool allEndInNewline = true;
 };
 
@@ -93,8 +93,8 @@ QJsonObject ParseLine(const std::string& line)
 {
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(line), &error);
-    EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString() << " in "
-                                                    << line;
+    EXPECT_EQ(error.error, QJsonParseError::NoError)
+        << error.errorString().toStdString() << " in " << line;
     EXPECT_TRUE(document.isObject()) << line;
     return document.object();
 }
@@ -198,11 +198,11 @@ TEST(JsonLinesApplicationTrackerTest, LineCarriesTimeSessionIdentityNameAndMerge
     const Stored stored = ReadStored(directory.path(), Options());
     ASSERT_EQ(stored.lines.size(), 1u);
     const std::string& line = stored.lines[0];
-    EXPECT_TRUE(QRegularExpression(
-                    R"(^\{"time":"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z","sid":"s-42",)"
-                    R"("app":"recorder/partner","name":"CAPTURE_STOP","params":\{)")
-                    .match(QString::fromStdString(line))
-                    .hasMatch())
+    EXPECT_TRUE(
+        QRegularExpression(R"(^\{"time":"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z","sid":"s-42",)"
+                           R"("app":"recorder/partner","name":"CAPTURE_STOP","params":\{)")
+            .match(QString::fromStdString(line))
+            .hasMatch())
         << line;
     // The event's own values win, the session's SID is not repeated, keys come in byte order.
     EXPECT_NE(line.find(R"("params":{"A":"a","B":"own","LANG":"en","SID":"crashed","Z":"z"}})"),
@@ -279,12 +279,13 @@ TEST_P(JsonLinesRefusalTest, AnswersFalseAndWritesNothingExtra)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Refusals, JsonLinesRefusalTest,
-    testing::Values(RefusalRow{"TrackBeforeInitialize", false, false, false},
-                    RefusalRow{"InitializeTwice", true, true, false},
-                    RefusalRow{"SecondTrackerOnLockedDirectory", true, false, true}),
-    [](const testing::TestParamInfo<RefusalRow>& info) { return std::string(info.param.label); });
+INSTANTIATE_TEST_SUITE_P(Refusals, JsonLinesRefusalTest,
+                         testing::Values(RefusalRow{"TrackBeforeInitialize", false, false, false},
+                                         RefusalRow{"InitializeTwice", true, true, false},
+                                         RefusalRow{"SecondTrackerOnLockedDirectory", true, false,
+                                                    true}),
+                         [](const testing::TestParamInfo<RefusalRow>& info)
+                         { return std::string(info.param.label); });
 
 TEST(JsonLinesApplicationTrackerTest, DirectoryIsFreeAgainAfterTheTrackerIsGone)
 {
@@ -343,7 +344,8 @@ TEST_P(JsonLinesTornTailTest, RestartCutsTheIncompleteLastLine)
     EXPECT_EQ(names, GetParam().namesAfter);
 }
 
-const std::string kOld = R"({"name":"OLD","params":{}})" "\n";
+const std::string kOld = R"({"name":"OLD","params":{}})"
+                         "\n";
 
 INSTANTIATE_TEST_SUITE_P(
     Tails, JsonLinesTornTailTest,
@@ -352,7 +354,8 @@ INSTANTIATE_TEST_SUITE_P(
                     TornRow{"TornLineCut", kOld + R"({"name":"HAL)", {"OLD", "NEW"}},
                     TornRow{"OnlyATornLine", R"({"name":"HAL)", {"NEW"}},
                     // Longer than the scanning buffer, so the newline is found a chunk back.
-                    TornRow{"LongTornLineCut", kOld + std::string(200 * 1024, 'x'), {"OLD", "NEW"}}),
+                    TornRow{
+                        "LongTornLineCut", kOld + std::string(200 * 1024, 'x'), {"OLD", "NEW"}}),
     [](const testing::TestParamInfo<TornRow>& info) { return std::string(info.param.label); });
 
 // --- Size cap ---------------------------------------------------------------------------------
@@ -387,8 +390,8 @@ TEST_P(JsonLinesSizeCapTest, KeepsTheNewestEventsWithinTheCap)
         auto tracker = Initialized(directory.path(), options);
         for (int i = 0; i < row.events; ++i)
         {
-            ASSERT_TRUE(tracker->Track("E", {{"I", std::to_string(i)},
-                                             {"PAD", std::string(row.padding, 'p')}}));
+            ASSERT_TRUE(tracker->Track(
+                "E", {{"I", std::to_string(i)}, {"PAD", std::string(row.padding, 'p')}}));
         }
     }
     const Stored stored = ReadStored(directory.path(), options);
@@ -401,8 +404,8 @@ TEST_P(JsonLinesSizeCapTest, KeepsTheNewestEventsWithinTheCap)
     EXPECT_LE(stored.jsonlFiles, static_cast<int>(row.maxFiles));
     for (const qint64 size : stored.fileSizes)
     {
-        EXPECT_LE(static_cast<std::uint64_t>(size), std::max<std::uint64_t>(row.maxFileBytes,
-                                                                            longestLine));
+        EXPECT_LE(static_cast<std::uint64_t>(size),
+                  std::max<std::uint64_t>(row.maxFileBytes, longestLine));
     }
     // What is kept is an unbroken run of the newest events, in order, ending with the last.
     const int kept = static_cast<int>(stored.lines.size());
@@ -412,22 +415,22 @@ TEST_P(JsonLinesSizeCapTest, KeepsTheNewestEventsWithinTheCap)
         ASSERT_EQ(params.at("I"), std::to_string(row.events - kept + index));
     }
     // Rotation happens only when needed: the files dropped could not all have been kept.
-    const std::uint64_t keptBytes = std::accumulate(stored.fileSizes.begin(),
-                                                    stored.fileSizes.end(), std::uint64_t{0});
+    const std::uint64_t keptBytes =
+        std::accumulate(stored.fileSizes.begin(), stored.fileSizes.end(), std::uint64_t{0});
     if (kept < row.events)
     {
         EXPECT_GT(keptBytes + longestLine, (row.maxFiles - 1) * row.maxFileBytes);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Caps, JsonLinesSizeCapTest,
-    testing::Values(CapRow{"NoRotationNeeded", 1 << 20, 3, 100, 10},
-                    CapRow{"RotatesAndDropsOldest", 4096, 3, 500, 10},
-                    CapRow{"SingleFileStartsOver", 4096, 1, 500, 10},
-                    CapRow{"LineLargerThanCapGetsOwnFile", 1024, 3, 10, 4000},
-                    CapRow{"ManyFilesNothingLost", 2048, 1000, 300, 10}),
-    [](const testing::TestParamInfo<CapRow>& info) { return std::string(info.param.label); });
+INSTANTIATE_TEST_SUITE_P(Caps, JsonLinesSizeCapTest,
+                         testing::Values(CapRow{"NoRotationNeeded", 1 << 20, 3, 100, 10},
+                                         CapRow{"RotatesAndDropsOldest", 4096, 3, 500, 10},
+                                         CapRow{"SingleFileStartsOver", 4096, 1, 500, 10},
+                                         CapRow{"LineLargerThanCapGetsOwnFile", 1024, 3, 10, 4000},
+                                         CapRow{"ManyFilesNothingLost", 2048, 1000, 300, 10}),
+                         [](const testing::TestParamInfo<CapRow>& info)
+                         { return std::string(info.param.label); });
 
 // --- Threads ----------------------------------------------------------------------------------
 
@@ -445,15 +448,17 @@ TEST(JsonLinesApplicationTrackerTest, ConcurrentWritersLoseNothingAndKeepEachThr
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t)
     {
-        threads.emplace_back([&, t] {
-            for (int i = 0; i < kPerThread; ++i)
+        threads.emplace_back(
+            [&, t]
             {
-                if (!tracker->Track("E", {{"T", std::to_string(t)}, {"I", std::to_string(i)}}))
+                for (int i = 0; i < kPerThread; ++i)
                 {
-                    ++refused;
+                    if (!tracker->Track("E", {{"T", std::to_string(t)}, {"I", std::to_string(i)}}))
+                    {
+                        ++refused;
+                    }
                 }
-            }
-        });
+            });
     }
     for (auto& thread : threads)
     {

@@ -207,7 +207,8 @@ public:
 
         // Both maps are ordered alike: merge them so the keys come out in byte order.
         bool first = true;
-        auto writeEntry = [&](const std::string& key, const std::string& value) {
+        auto writeEntry = [&](const std::string& key, const std::string& value)
+        {
             if (!first)
             {
                 line.push_back(',');
@@ -226,7 +227,8 @@ public:
                 ++shared;
                 continue;
             }
-            if (shared == defaults.end() || (own != properties.end() && own->first <= shared->first))
+            if (shared == defaults.end() ||
+                (own != properties.end() && own->first <= shared->first))
             {
                 if (shared != defaults.end() && own->first == shared->first)
                 {

@@ -51,8 +51,7 @@ public:
     // Answers false before a successful Initialize() and when the line could not be written
     // completely (nothing of it then stays in the file).
     bool Track(const std::string& name, const Properties& properties) override;
-    bool Track(const std::string& name, const std::string& key,
-               const std::string& value) override;
+    bool Track(const std::string& name, const std::string& key, const std::string& value) override;
     void AddDefaultProperties(const Properties& properties) override;
     // Creates the directory if needed. Fails when already initialised, when the directory is
     // empty or cannot be created, when another tracker holds it, or when the file cannot be

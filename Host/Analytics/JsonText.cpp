@@ -61,8 +61,8 @@ std::size_t WellFormedLength(std::string_view bytes, std::size_t& consumed)
     for (; index < length && index < bytes.size(); ++index)
     {
         const auto byte = static_cast<unsigned char>(bytes[index]);
-        const bool valid = index == 1 ? byte >= secondLow && byte <= secondHigh
-                                      : IsContinuation(byte);
+        const bool valid =
+            index == 1 ? byte >= secondLow && byte <= secondHigh : IsContinuation(byte);
         if (!valid)
         {
             break;
@@ -91,24 +91,38 @@ void AppendJsonString(std::string& out, std::string_view bytes)
         {
             switch (byte)
             {
-            case '"': out += "\\\""; break;
-            case '\\': out += "\\\\"; break;
-            case '\b': out += "\\b"; break;
-            case '\f': out += "\\f"; break;
-            case '\n': out += "\\n"; break;
-            case '\r': out += "\\r"; break;
-            case '\t': out += "\\t"; break;
-            default:
-                if (byte < 0x20 || byte == 0x7F)
-                {
-                    out += "\\u00";
-                    out.push_back(kHex[byte >> 4]);
-                    out.push_back(kHex[byte & 0xF]);
-                }
-                else
-                {
-                    out.push_back(static_cast<char>(byte));
-                }
+                case '"':
+                    out += "\\\"";
+                    break;
+                case '\\':
+                    out += "\\\\";
+                    break;
+                case '\b':
+                    out += "\\b";
+                    break;
+                case '\f':
+                    out += "\\f";
+                    break;
+                case '\n':
+                    out += "\\n";
+                    break;
+                case '\r':
+                    out += "\\r";
+                    break;
+                case '\t':
+                    out += "\\t";
+                    break;
+                default:
+                    if (byte < 0x20 || byte == 0x7F)
+                    {
+                        out += "\\u00";
+                        out.push_back(kHex[byte >> 4]);
+                        out.push_back(kHex[byte & 0xF]);
+                    }
+                    else
+                    {
+                        out.push_back(static_cast<char>(byte));
+                    }
             }
             ++position;
             continue;

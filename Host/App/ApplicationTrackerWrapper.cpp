@@ -27,7 +27,8 @@ public:
 
     void AddProperties(Properties& properties) const
     {
-        auto assignNonEmpty = [&properties](const char* key, const std::string& value) {
+        auto assignNonEmpty = [&properties](const char* key, const std::string& value)
+        {
             if (!value.empty())
             {
                 properties[key] = value;

@@ -34,8 +34,7 @@ public:
     void SetSuccessor(const Analytics::RefPtr<Analytics::IApplicationTracker>& successor);
 
     bool Track(const std::string& name, const Analytics::Properties& properties) override;
-    bool Track(const std::string& name, const std::string& key,
-               const std::string& value) override;
+    bool Track(const std::string& name, const std::string& key, const std::string& value) override;
     void AddDefaultProperties(const Analytics::Properties& properties) override;
     bool Initialize(const Analytics::Properties& defaultProperties, const std::string& identity,
                     const std::string& dataDirectory) override;

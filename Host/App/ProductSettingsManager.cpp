@@ -7,8 +7,7 @@
 namespace Velkor::App
 {
 
-ProductSettingsManager::ProductSettingsManager(std::string productName,
-                                               std::string productVersion,
+ProductSettingsManager::ProductSettingsManager(std::string productName, std::string productVersion,
                                                std::shared_ptr<KT::ProductSettings> settings)
     : m_productName(std::move(productName)),
       m_productVersion(std::move(productVersion)),

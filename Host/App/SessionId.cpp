@@ -7,10 +7,7 @@
 namespace Velkor::App
 {
 
-SessionId::SessionId()
-    : m_id(QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString())
-{
-}
+SessionId::SessionId() : m_id(QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString()) {}
 
 SessionId::SessionId(std::string id) : m_id(std::move(id)) {}
 

@@ -26,7 +26,10 @@ public:
     // The path of an entry of this directory.
     ioPath operator/(const QString& name) const;
 
-    friend bool operator==(const ioPath& lhs, const ioPath& rhs) { return lhs.m_path == rhs.m_path; }
+    friend bool operator==(const ioPath& lhs, const ioPath& rhs)
+    {
+        return lhs.m_path == rhs.m_path;
+    }
     friend bool operator!=(const ioPath& lhs, const ioPath& rhs) { return !(lhs == rhs); }
 
 private:

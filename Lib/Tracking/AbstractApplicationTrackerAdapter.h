@@ -22,8 +22,7 @@ public:
     explicit AbstractApplicationTrackerAdapter(std::shared_ptr<IKtTracker> next);
 
     bool Track(const std::string& name, const Analytics::Properties& properties) override;
-    bool Track(const std::string& name, const std::string& key,
-               const std::string& value) override;
+    bool Track(const std::string& name, const std::string& key, const std::string& value) override;
     void AddDefaultProperties(const Analytics::Properties& properties) override;
     // Adds the default properties; the identity and the directory mean nothing to a chain.
     bool Initialize(const Analytics::Properties& defaultProperties, const std::string& identity,

@@ -12,7 +12,8 @@ Analytics::RefPtr<ApplicationTrackerAdapter> ApplicationTrackerAdapter::Create(
         new ApplicationTrackerAdapter(std::move(next)));
 }
 
-ApplicationTrackerAdapter::ApplicationTrackerAdapter(std::shared_ptr<::Velkor::KT::Tracking::IKtTracker> next)
+ApplicationTrackerAdapter::ApplicationTrackerAdapter(
+    std::shared_ptr<::Velkor::KT::Tracking::IKtTracker> next)
     : RefCounted(std::move(next))
 {
 }

@@ -12,7 +12,8 @@ class ApplicationTrackerAdapter final
     : public Analytics::RefCounted<AbstractApplicationTrackerAdapter>
 {
 public:
-    static Analytics::RefPtr<ApplicationTrackerAdapter> Create(std::shared_ptr<::Velkor::KT::Tracking::IKtTracker> next);
+    static Analytics::RefPtr<ApplicationTrackerAdapter> Create(
+        std::shared_ptr<::Velkor::KT::Tracking::IKtTracker> next);
 
 private:
     explicit ApplicationTrackerAdapter(std::shared_ptr<::Velkor::KT::Tracking::IKtTracker> next);

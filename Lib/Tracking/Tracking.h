@@ -9,6 +9,6 @@
 #include "Tracking/IKtTrackingEndpoint.h"
 #include "Tracking/NotNull.h"
 
-#include "Tracking/DebugKtTracker.h"
 #include "Tracking/AppCoreKtTracker.h"
+#include "Tracking/DebugKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
