@@ -2,6 +2,7 @@
 
 #include "Tracking/ApplicationTrackerAdapter.h"
 
+#include "App/ApplicationTrackerWrapper.h"
 #include "App/ProductSettingsManager.h"
 #include "KT/ProductSettings.h"
 
@@ -91,6 +92,26 @@ INSTANTIATE_TEST_SUITE_P(
                    {"E", {{"PRODUCT_VERSION", "5.1"}}}},
         PassageRow{"OwnFillersStayOff", "", "", "de_DE", {"E", {{"K", "v"}}}, {"E", {{"K", "v"}}}}),
     [](const testing::TestParamInfo<PassageRow>& info) { return std::string(info.param.label); });
+
+// The row "OwnFillersStayOff" above means something only if the wrapper has fillers to switch
+// off: with them on, the same settings add the locale and the system's facts.
+TEST(AppCoreKtTrackerTest, WrapperFillersWouldAddFactsWhenNotExcluded)
+{
+    using Velkor::App::ApplicationTrackerWrapper;
+    auto settings = std::make_shared<ProductSettings>();
+    settings->SetCurrentLocale("de_DE");
+    auto next = std::make_shared<RecordingTracker>();
+    auto wrapper = ApplicationTrackerWrapper::Create(
+        std::make_shared<ProductSettingsManager>("", "", settings),
+        ApplicationTrackerWrapper::NoOptions);
+    wrapper->SetSuccessor(ApplicationTrackerAdapter::Create(next));
+    EXPECT_TRUE(wrapper->Track("E", Properties{{"K", "v"}}));
+    ASSERT_EQ(next->events.size(), 1u);
+    const auto& params = next->events[0].params;
+    EXPECT_EQ(params.at("APP_LOCALE"), "de_DE");
+    EXPECT_EQ(params.count("OS_NAME"), 1u);
+    EXPECT_EQ(params.at("K"), "v");
+}
 
 TEST(AppCoreKtTrackerTest, KeepsTheOrderOfEvents)
 {
