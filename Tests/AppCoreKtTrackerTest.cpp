@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -142,6 +143,15 @@ TEST(AppCoreKtTrackerTest, DestructionReleasesTheWholeLoop)
     // Wrapper and adapter hold each other only one way, so nothing keeps the loop alive.
     EXPECT_TRUE(weakNext.expired());
     EXPECT_TRUE(weakManager.expired());
+}
+
+TEST(AppCoreKtTrackerTest, WithoutSettingsManagerConstructionFailsAndKeepsNothing)
+{
+    auto next = std::make_shared<RecordingTracker>();
+    const std::weak_ptr<RecordingTracker> weakNext = next;
+    EXPECT_THROW(AppCoreKtTracker(nullptr, next), std::invalid_argument);
+    next.reset();
+    EXPECT_TRUE(weakNext.expired());
 }
 
 // --- The adapter ------------------------------------------------------------------------------

@@ -25,7 +25,8 @@ namespace Velkor::KT::Tracking
 class KT_TRACKING_EXPORT AppCoreKtTracker : public IKtTracker
 {
 public:
-    // The wrapper reads its properties from `settings`. A null `next` ends events at the
+    // The wrapper reads its properties from `settings`; without them the wrapper cannot be
+    // created and construction throws std::invalid_argument. A null `next` ends events at the
     // adapter.
     AppCoreKtTracker(const std::shared_ptr<App::IProductSettingsManager>& settings,
                      const std::shared_ptr<IKtTracker>& next);
