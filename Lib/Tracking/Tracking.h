@@ -9,7 +9,9 @@
 #include "Tracking/IKtTrackingEndpoint.h"
 #include "Tracking/NotNull.h"
 
+#include "Tracking/AppCoreKtTracker.h"
 #include "Tracking/DebugKtTracker.h"
+#include "Tracking/ForwardKtTracker.h"
 
 #include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "HostExport.h"
+
+#include <QtGlobal>
+
+#include <memory>
+#include <string>
+
+namespace Velkor::KT
+{
+
+// The recorder's product-wide settings. Every getter and setter may be called from any thread;
+// a setter takes effect for every later getter call.
+class KT_HOST_EXPORT ProductSettings
+{
+public:
+    ProductSettings();
+    ~ProductSettings();
+
+    bool IsAutoUpdateEnabled() const;
+    void SetAutoUpdateEnabled(bool enabled);
+
+    // Whether the user allows usage statistics to be sent (the "statistics enabled" setting).
+    // Off until the user agrees.
+    bool IsAllowSendStatistics() const;
+    void SetAllowSendStatistics(bool allowed);
+
+    bool IsAutoStartEnabled() const;
+    void SetAutoStartEnabled(bool enabled);
+
+    // The interface locale chosen by the user, e.g. "en_US"; empty for the system's.
+    std::string GetCurrentLocale() const;
+    void SetCurrentLocale(const std::string& locale);
+
+private:
+    Q_DISABLE_COPY(ProductSettings)
+    class Private;
+    std::unique_ptr<Private> const d;
+};
+
+}  // namespace Velkor::KT
