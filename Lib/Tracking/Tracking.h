@@ -10,3 +10,8 @@
 #include "Tracking/NotNull.h"
 
 #include "Tracking/DebugKtTracker.h"
+
+#include "Tracking/ConfigLoader.h"
+#include "Tracking/Config/Aggregator.h"
+#include "Tracking/Config/Filter.h"
+#include "Tracking/Config/KtmStat.h"
