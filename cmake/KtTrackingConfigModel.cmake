@@ -51,6 +51,7 @@ function(kt_tracking_add_config_model target)
             OUTPUT "${gen}/${name}.hxx" "${gen}/${name}.cxx"
             COMMAND "${KT_XSDCXX_EXECUTABLE}" ${common_options}
                 --root-element-none
+                --generate-comparison
                 --extern-xml-schema XmlSchema.xsd
                 --namespace-map "=${namespace}"
                 --export-symbol KT_TRACKING_EXPORT

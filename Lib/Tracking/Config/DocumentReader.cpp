@@ -12,6 +12,7 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/validators/common/Grammar.hpp>
 
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -30,8 +31,9 @@ namespace
 
 using namespace xercesc;
 
-// Deeper nesting than any real document needs; the limit keeps hostile input from exhausting
-// the stack in the recursive readers.
+// Deeper nesting than any real document needs. The limit keeps hostile input from exhausting the
+// stack in the recursive readers, and from the parser's namespace lookups, whose cost grows with
+// the square of the depth.
 constexpr int kMaxDepth = 200;
 
 // Xerces keeps its own count of Initialize/Terminate pairs, but the calls themselves must not
@@ -78,15 +80,18 @@ private:
     bool m_failed = false;
 };
 
-// A DOM parser that refuses any document type declaration and remembers where each element
-// starts, for messages about values found later.
+// Thrown out of the scanner to stop a document nested too deeply.
+struct TooDeep
+{
+    Location location;
+};
+
+// A DOM parser that refuses any document type declaration and nesting deeper than kMaxDepth, and
+// remembers where each element starts, for messages about values found later.
 class LocatingDomParser : public XercesDOMParser
 {
 public:
-    LocatingDomParser()
-    {
-        getScanner()->setDisallowDTD(true);
-    }
+    LocatingDomParser() { getScanner()->setDisallowDTD(true); }
 
     void startElement(const XMLElementDecl& decl, const unsigned int urlId,
                       const XMLCh* const prefix, const RefVectorOf<XMLAttr>& attributes,
@@ -95,9 +100,20 @@ public:
     {
         const Locator* locator = getScanner()->getLocator();
         const Location location{locator->getLineNumber(), locator->getColumnNumber()};
+        if (!isEmpty && ++m_depth > kMaxDepth)
+        {
+            throw TooDeep{location};
+        }
         XercesDOMParser::startElement(decl, urlId, prefix, attributes, attributeCount, isEmpty,
                                       isRoot);
         m_locations.emplace(getCurrentNode(), location);
+    }
+
+    void endElement(const XMLElementDecl& decl, const unsigned int urlId, const bool isRoot,
+                    const XMLCh* const prefix) override
+    {
+        --m_depth;
+        XercesDOMParser::endElement(decl, urlId, isRoot, prefix);
     }
 
     Location LocationOf(const DOMNode* node) const
@@ -108,6 +124,7 @@ public:
 
 private:
     std::unordered_map<const DOMNode*, Location> m_locations;
+    int m_depth = 0;
 };
 
 [[noreturn]] void Fail(const LocatingDomParser& parser, const DOMElement& element,
@@ -168,7 +185,8 @@ bool IsDouble(const std::string& text)
         return true;
     }
     std::size_t i = 0;
-    const auto digits = [&] {
+    const auto digits = [&]
+    {
         const std::size_t start = i;
         while (i < text.size() && IsDigit(text[i]))
         {
@@ -209,12 +227,12 @@ const char* KindName(ValueKind kind)
 {
     switch (kind)
     {
-    case ValueKind::Boolean:
-        return "boolean";
-    case ValueKind::Int:
-        return "int";
-    case ValueKind::Double:
-        return "double";
+        case ValueKind::Boolean:
+            return "boolean";
+        case ValueKind::Int:
+            return "int";
+        case ValueKind::Double:
+            return "double";
     }
     return "value";
 }
@@ -231,13 +249,9 @@ public:
         }
     }
 
-    void Walk(DOMElement& element, const std::string& typeName, int depth)
+    // Recursion is bounded: the parser refuses documents nested deeper than kMaxDepth.
+    void Walk(DOMElement& element, const std::string& typeName)
     {
-        if (depth > kMaxDepth)
-        {
-            Fail(m_parser, element,
-                 "elements nested deeper than " + std::to_string(kMaxDepth) + " levels");
-        }
         const auto found = m_types.find(typeName);
         if (found == m_types.end())
         {
@@ -259,7 +273,7 @@ public:
             }
             taken[position] = true;
             next = type.children[position].repeated ? position : position + 1;
-            Walk(*child, type.children[position].type, depth + 1);
+            Walk(*child, type.children[position].type);
             child = child->getNextElementSibling();
         }
     }
@@ -387,8 +401,7 @@ XercesSession::~XercesSession()
                                                         const ::xml_schema::properties& properties,
                                                         const DocumentRules& rules)
 {
-    const std::string text{std::istreambuf_iterator<char>(input),
-                           std::istreambuf_iterator<char>()};
+    const std::string text{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
 
     LocatingDomParser parser;
     CollectingErrorHandler errors;
@@ -411,14 +424,21 @@ XercesSession::~XercesSession()
         {
             ConfigureValidation(parser, properties);
         }
-        MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()), text.size(),
-                                 "");
+        MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()), text.size(), "");
         parser.parse(source);
         if (errors.failed())
         {
             throw ::xml_schema::parsing(errors.diagnostics());
         }
         document.reset(parser.adoptDocument());
+    }
+    catch (const TooDeep& e)
+    {
+        ::xml_schema::diagnostics diagnostics;
+        diagnostics.push_back(::xml_schema::error(
+            ::xml_schema::severity::error, std::string(), e.location.line, e.location.column,
+            "elements nested deeper than " + std::to_string(kMaxDepth) + " levels"));
+        throw ::xml_schema::parsing(diagnostics);
     }
     catch (const OutOfMemoryException&)
     {
@@ -444,7 +464,7 @@ XercesSession::~XercesSession()
     {
         throw ::xml_schema::unexpected_element(rootName, rootNamespace, rules.rootElement, "");
     }
-    RuleWalker(parser, rules).Walk(*root, rules.rootType, 0);
+    RuleWalker(parser, rules).Walk(*root, rules.rootType);
     return document;
 }
 

@@ -21,7 +21,7 @@ const std::vector<Detail::TypeRule> kTypes = {
 }  // namespace
 
 std::unique_ptr<Filter> filter(std::istream& input, ::xml_schema::flags flags,
-                              const ::xml_schema::properties& properties)
+                               const ::xml_schema::properties& properties)
 {
     const ::xml_schema::flags modelFlags = flags & ~::xml_schema::flags::keep_dom;
     const Detail::XercesSession session(flags);
