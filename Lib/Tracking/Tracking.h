@@ -15,3 +15,8 @@
 
 #include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"
+
+#include "Tracking/ConfigLoader.h"
+#include "Tracking/Config/Aggregator.h"
+#include "Tracking/Config/Filter.h"
+#include "Tracking/Config/KtmStat.h"

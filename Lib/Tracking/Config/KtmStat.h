@@ -1,0 +1,27 @@
+#pragma once
+
+// Main document: root "ktmstat" with the "gui" and "instances" sections. Children are read in
+// schema order; reading of an element's children stops silently at the first child that is
+// unknown, out of order or a second occurrence of a single child.
+
+#include "Tracking/TrackingExport.h"
+
+#include "Tracking/Config/KtmStat.hxx"
+
+#include <istream>
+#include <memory>
+
+namespace Velkor::KT::Tracking::Config
+{
+
+// Reads a document with the root element "ktmstat" from `input`. A document type declaration is
+// never accepted. Unless `flags` contain ::xml_schema::flags::dont_validate the document is also
+// validated against the schema named in `properties` (no_namespace_schema_location); the
+// location written in the document itself is never used. ::xml_schema::flags::keep_dom is
+// ignored. Throws ::xml_schema::exception subclasses: parsing (XML errors and values that do not
+// convert), unexpected_element (wrong root), expected_attribute and expected_element.
+KT_TRACKING_EXPORT std::unique_ptr<KtmStat> ktmstat(
+    std::istream& input, ::xml_schema::flags flags = 0,
+    const ::xml_schema::properties& properties = ::xml_schema::properties());
+
+}  // namespace Velkor::KT::Tracking::Config
