@@ -9,7 +9,9 @@
 #include "Tracking/IKtTrackingEndpoint.h"
 #include "Tracking/NotNull.h"
 
+#include "Tracking/AggregatorKtTracker.h"
 #include "Tracking/DebugKtTracker.h"
+#include "Tracking/FilterKtTracker.h"
 
 #include "Tracking/ConfigLoader.h"
 #include "Tracking/Config/Aggregator.h"
