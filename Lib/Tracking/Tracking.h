@@ -9,8 +9,10 @@
 #include "Tracking/IKtTrackingEndpoint.h"
 #include "Tracking/NotNull.h"
 
+#include "Tracking/AggregatorKtTracker.h"
 #include "Tracking/AppCoreKtTracker.h"
 #include "Tracking/DebugKtTracker.h"
+#include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 
 #include "Tracking/LambdaQt4WithStringParameter.h"

@@ -1,0 +1,240 @@
+#include "Tracking/FilterKtTracker.h"
+
+#include "Tracking/Config/Filter.h"
+#include "Tracking/NotNull.h"
+
+#include <glog/logging.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <sstream>
+
+#include <locale.h>
+
+namespace Velkor::KT::Tracking
+{
+
+namespace F = Config::Filter;
+
+namespace
+{
+
+// Reads the longest leading number of `text` the way std::stod does (leading blanks skipped,
+// trailing text ignored), but always with '.' as the decimal point whatever the process locale.
+// Returns false when no number can be read or it lies outside the range of a double.
+bool ReadNumber(const std::string& text, double& number)
+{
+#ifdef _WIN32
+    static const _locale_t cLocale = _create_locale(LC_NUMERIC, "C");
+    const auto toDouble = [](const char* begin, char** end) { return _strtod_l(begin, end, cLocale); };
+#else
+    static const locale_t cLocale = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(nullptr));
+    const auto toDouble = [](const char* begin, char** end) { return strtod_l(begin, end, cLocale); };
+#endif
+    const char* begin = text.c_str();
+    char* end = nullptr;
+    const int savedErrno = errno;
+    errno = 0;
+    const double value = toDouble(begin, &end);
+    const bool outOfRange = errno == ERANGE;
+    errno = savedErrno;
+    if (end == begin || outOfRange)
+    {
+        return false;
+    }
+    number = value;
+    return true;
+}
+
+bool Passes(const F::MatcherEqual& m, const std::string& value)
+{
+    return (value == m.value()) == m.actOn();
+}
+
+bool Passes(const F::MatcherStartsWith& m, const std::string& value)
+{
+    const std::string& prefix = m.value();
+    const bool starts = value.size() >= prefix.size() && value.compare(0, prefix.size(), prefix) == 0;
+    return starts == m.actOn();
+}
+
+// A suffix longer than the value never matches, inverted or not.
+bool Passes(const F::MatcherEndsWith& m, const std::string& value)
+{
+    const std::string& suffix = m.value();
+    if (suffix.size() > value.size())
+    {
+        return false;
+    }
+    const bool ends = value.compare(value.size() - suffix.size(), suffix.size(), suffix) == 0;
+    return ends == m.actOn();
+}
+
+bool Passes(const F::MatcherContains& m, const std::string& value)
+{
+    return (value.find(m.value()) != std::string::npos) == m.actOn();
+}
+
+// Bounds are inclusive; a range without bounds, or a value without a leading number, is not in it.
+bool Passes(const F::MatcherRange& m, const std::string& value)
+{
+    bool inside = false;
+    double number = 0;
+    if ((m.from() || m.to()) && ReadNumber(value, number))
+    {
+        inside = (!m.from() || number >= *m.from()) && (!m.to() || number <= *m.to());
+    }
+    return inside == m.actOn();
+}
+
+bool Passes(const F::MatcherAny& m, const std::string&)
+{
+    return m.actOn();
+}
+
+}  // namespace
+
+class FilterKtTracker::Private
+{
+public:
+    explicit Private(const std::shared_ptr<IKtTracker>& next) : next(next) {}
+
+    // Tries the matchers of one kind in document order; runs the first that passes.
+    template <typename Matchers>
+    bool TryKind(const Matchers& matchers, const std::string& key, const std::string& value,
+                 Event& w)
+    {
+        for (const auto& matcher : matchers)
+        {
+            if (Passes(matcher, value))
+            {
+                Act(matcher, key, w);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    // Actions run kind by kind, each kind in document order.
+    void Act(const F::Updater& actions, const std::string& key, Event& w)
+    {
+        if (actions.setValue())
+        {
+            w.params[key] = actions.setValue()->value();
+        }
+        for (const auto& add : actions.addParam())
+        {
+            w.params.emplace(add.key(), add.value());
+        }
+        for (const auto& mod : actions.modParam())
+        {
+            w.params[mod.key()] = mod.value();
+        }
+        for (const auto& rename : actions.modEvent())
+        {
+            w.name = rename.name();
+        }
+        for (const auto& skip : actions.skipEvent())
+        {
+            Skip(skip.skipFullRepeats(), w);
+        }
+        for (const auto& del : actions.delParam())
+        {
+            w.params.erase(del.key());
+        }
+    }
+
+    void Skip(bool onlyFullRepeats, Event& w)
+    {
+        if (!onlyFullRepeats)
+        {
+            w.name.clear();
+            return;
+        }
+        const auto last = repeats.find(w.name);
+        if (last != repeats.end() && last->second == w.params)
+        {
+            w.name.clear();
+            return;
+        }
+        repeats[w.name] = w.params;
+    }
+
+    Event Rewrite(const Event& event)
+    {
+        Event w = event;
+        std::lock_guard<std::mutex> lock(mutex);
+        if (!document)
+        {
+            return w;
+        }
+        for (const auto& block : document->event())
+        {
+            if (block.event() != w.name)
+            {
+                continue;
+            }
+            for (const auto& rule : block.param())
+            {
+                const std::string& key = rule.key();
+                const auto found = w.params.find(key);
+                if (found == w.params.end())
+                {
+                    continue;
+                }
+                // A copy: the winning matcher may change the very parameter it inspected.
+                const std::string value = found->second;
+                TryKind(rule.equal(), key, value, w) || TryKind(rule.startsWith(), key, value, w) ||
+                    TryKind(rule.endsWith(), key, value, w) ||
+                    TryKind(rule.contains(), key, value, w) ||
+                    TryKind(rule.inRange(), key, value, w) || TryKind(rule.any(), key, value, w);
+            }
+        }
+        return w;
+    }
+
+    NotNull<IKtTracker> next;
+    std::unique_ptr<F::Filter> document;
+    std::mutex mutex;
+    std::map<std::string, Event::Params> repeats;
+};
+
+FilterKtTracker::FilterKtTracker(const std::shared_ptr<IKtTracker>& next)
+    : d(std::make_unique<Private>(next))
+{
+}
+
+FilterKtTracker::~FilterKtTracker() = default;
+
+void FilterKtTracker::SetConfig(const std::string& config)
+{
+    std::unique_ptr<F::Filter> parsed;
+    try
+    {
+        std::stringstream stream(config, std::ios::in | std::ios::out);
+        parsed = F::filter(stream, ::xml_schema::flags::dont_validate);
+    }
+    catch (const ::xml_schema::exception& error)
+    {
+        std::ostringstream description;
+        description << error;
+        LOG(ERROR) << "Can't parse configuration: " << description.str();
+        return;
+    }
+    std::lock_guard<std::mutex> lock(d->mutex);
+    d->document = std::move(parsed);
+}
+
+void FilterKtTracker::Track(const Event& event)
+{
+    const Event w = d->Rewrite(event);
+    if (!w.name.empty())
+    {
+        d->next->Track(w);
+    }
+}
+
+}  // namespace Velkor::KT::Tracking
