@@ -12,6 +12,7 @@
 #include "Tracking/AppCoreKtTracker.h"
 #include "Tracking/DebugKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
+#include "Tracking/GuiHandler.h"
 
 #include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"
