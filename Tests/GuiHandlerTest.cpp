@@ -311,13 +311,22 @@ INSTANTIATE_TEST_SUITE_P(
                    },
                    {"MODE{DATA=desktop-data,INDEX=1,MAPPED=DESKTOP,NAME=Desktop}",
                     "MODE{DATA=game-data,INDEX=0,MAPPED=GAME,NAME=Game}"}},
-        TriggerRow{"IndexChangeInsertsInItsOrder",
+        TriggerRow{"IndexChangeKeepsParamsOfTheSameKeys",
                    R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
-                        index="K" name="K" mapped="NAME" dataName="D" data="0">
-                        <param key="NAME" value="fixed"/><map key="1" value="DESKTOP"/>
+                        index="IDX" name="NAME" mapped="MAP" dataName="DATA">
+                        <param key="IDX" value="p"/><param key="NAME" value="p"/>
+                        <param key="MAP" value="p"/><param key="DATA" value="p"/>
+                        <map key="1" value="DESKTOP"/>
                       </current-index-changed-event></combobox>)gui",
                    [](Window& w) { QTest::keyClick(w.mode, Qt::Key_Down); },
-                   {"MODE{D=Desktop,K=1,NAME=fixed}"}},
+                   {"MODE{DATA=p,IDX=p,MAP=p,NAME=p}"}},
+        TriggerRow{"IndexChangeEarlierFactWins",
+                   R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
+                        index="K" name="K" mapped="M" dataName="M" data="0">
+                        <map key="1" value="DESKTOP"/>
+                      </current-index-changed-event></combobox>)gui",
+                   [](Window& w) { QTest::keyClick(w.mode, Qt::Key_Down); },
+                   {"MODE{K=1,M=DESKTOP}"}},
         TriggerRow{"ClearedComboBoxReportsMinusOne",
                    R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
                         index="INDEX" name="NAME" mapped="MAPPED">
@@ -423,9 +432,10 @@ TEST_P(GuiHandlerSearchTest, HooksEachMatchOnce)
     "><clicked-event event=\"E\"/></button></widget>"
 
 // Starting at a button: buttons stand only in widgets, objects at the top too.
-#define PRESSED(id)                                                  \
-    "<object id=\"" id "\" idIsRegExp=\"true\"><signal event=\"E\" " \
-                       "signal=\"2pressed()\"/></object>"
+#define PRESSED(id)                               \
+    "<object id=\"" id                            \
+    "\" idIsRegExp=\"true\"><signal event=\"E\" " \
+    "signal=\"2pressed()\"/></object>"
 
 INSTANTIATE_TEST_SUITE_P(
     Paths, GuiHandlerSearchTest,
@@ -550,8 +560,11 @@ TEST_F(GuiHandlerTest, WindowShownAfterSetConfigIsAttachedByItself)
 {
     SetConfig(StopButtonSection);
     Window window;
+    // A native child gets a native window of its own, but is no window.
+    window.brush->setAttribute(Qt::WA_NativeWindow);
     window.show();
     ASSERT_TRUE(window.property(Marker).isValid());
+    EXPECT_FALSE(window.brush->property(Marker).isValid());
 
     Click(window.stop);
     window.hide();
