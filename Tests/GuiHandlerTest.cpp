@@ -4,7 +4,6 @@
 #include "Tracking/ConfigLoader.h"
 #include "Tracking/IKtTracker.h"
 
-#include "Support/QtPump.h"
 #include "UI/AbstractPresetButton.h"
 #include "UI/ButtonWithPopUpList.h"
 
@@ -216,14 +215,6 @@ INSTANTIATE_TEST_SUITE_P(
                        Click(w.brush);
                    },
                    {"DRAW{ON=YES,SRC=BUTTON}", "DRAW{ON=NO,SRC=BUTTON}"}},
-        TriggerRow{"ClickedByMouseAndSpaceKey",
-                   R"gui(<button id="stopButton"><clicked-event event="STOP"/></button>)gui",
-                   [](Window& w)
-                   {
-                       Click(w.stop);
-                       QTest::keyClick(w.stop, Qt::Key_Space);
-                   },
-                   {"STOP{}", "STOP{}"}},
         TriggerRow{"ToggledWithoutValueKeepsOnlyParams",
                    R"gui(<button id="brushButton"><toggled-event event="DRAW">
                         <param key="SRC" value="first"/><param key="SRC" value="second"/>
@@ -231,20 +222,10 @@ INSTANTIATE_TEST_SUITE_P(
                    [](Window& w)
                    {
                        Click(w.brush);
-                       Click(w.stop);  // not toggled, not hooked
-                       Click(w.brush);
+                       Click(w.stop);               // not toggled, not hooked
+                       w.brush->setChecked(false);  // toggled without a click
                    },
                    {"DRAW{SRC=first}", "DRAW{SRC=first}"}},
-        TriggerRow{
-            "ToggledReportsEachState",
-            R"gui(<button id="brushButton"><toggled-event event="DRAW" value="ON"/></button>)gui",
-            [](Window& w)
-            {
-                Click(w.brush);
-                w.brush->setChecked(true);  // no change, no signal
-                Click(w.brush);
-            },
-            {"DRAW{ON=YES}", "DRAW{ON=NO}"}},
         TriggerRow{"MouseReleaseOnlyForTheMouse",
                    R"gui(<button id="stopButton"><mouse-release-event event="STOP">
                         <param key="METHOD" value="BUTTON"/></mouse-release-event></button>)gui",
@@ -443,7 +424,6 @@ INSTANTIATE_TEST_SUITE_P(
         SearchRow{"NameAtAnyDepth", BUTTON("settingsButton", ""), 'R', 0, "A1B1C0D0"},
         SearchRow{"PathThroughTwoLevels", BUTTON("topFrame:settingsButton", ""), 'R', 0,
                   "A1B0C0D0"},
-        SearchRow{"PathFromDirectParent", BUTTON("inner:settingsButton", ""), 'R', 0, "A1B0C0D0"},
         SearchRow{"PathStartingAtTheRoot", BUTTON("root:topFrame:inner:settingsButton", ""), 'R', 0,
                   "A1B0C0D0"},
         SearchRow{"EmptyPartsSkipped", BUTTON("::topFrame::settingsButton:", ""), 'R', 0,
@@ -665,22 +645,6 @@ TEST_F(GuiHandlerTest, DestroyedHandlerLeavesNoFilterAndNoReferenceBehind)
     later.show();
     EXPECT_FALSE(later.property(Marker).isValid());
     EXPECT_EQ(Events(), std::vector<std::string>{"SHOWN{}"});
-}
-
-TEST_F(GuiHandlerTest, DeletedWatchedWindowIsForgotten)
-{
-    SetConfig(R"gui(<widget id="MainWindow"><close-event event="CLOSED"/>
-                 <button id="stopButton"><mouse-release-event event="STOP"/></button></widget>)gui");
-    auto* window = new Window();
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->show();
-    Click(window->stop);
-    window->close();
-    KtTest::RunDeferredDeletes();
-
-    // The handler's destructor would touch any entry left of the deleted window.
-    handler.reset();
-    EXPECT_EQ(Events(), (std::vector<std::string>{"STOP{}", "CLOSED{}"}));
 }
 
 TEST(GuiHandlerConstructionTest, RefusesAnEmptyTracker)
