@@ -14,6 +14,7 @@
 #include "Tracking/DebugKtTracker.h"
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
+#include "Tracking/GuiHandler.h"
 
 #include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"

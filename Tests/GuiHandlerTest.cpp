@@ -1,0 +1,696 @@
+#include "Tracking/GuiHandler.h"
+
+#include "Tracking/Config/KtmStat.h"
+#include "Tracking/ConfigLoader.h"
+#include "Tracking/IKtTracker.h"
+
+#include "UI/AbstractPresetButton.h"
+#include "UI/ButtonWithPopUpList.h"
+
+#include <gtest/gtest.h>
+
+#include <QtCore/private/qobject_p.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <new>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace Config = Velkor::KT::Tracking::Config;
+using Velkor::KT::ButtonWithPopUpList;
+using Velkor::KT::Tracking::Event;
+using Velkor::KT::Tracking::GuiHandler;
+using Velkor::KT::Tracking::IKtTracker;
+using Velkor::KT::UI::AbstractPresetButton;
+
+namespace
+{
+
+const char* const Marker = "GuiElementAutoAttacher_isAttached";
+
+// Keeps every event as one line of text: NAME{KEY=value,...}, keys in the event's own order.
+class RecordingTracker : public IKtTracker
+{
+public:
+    void Track(const Event& event) override
+    {
+        std::string text = event.name + "{";
+        for (const auto& [key, value] : event.params)
+        {
+            text += (text.back() == '{' ? "" : ",") + key + "=" + value;
+        }
+        lines.push_back(text + "}");
+    }
+
+    std::vector<std::string> lines;
+};
+
+Config::Gui ParseGui(const std::string& gui)
+{
+    std::istringstream input("<ktmstat><gui>" + gui + "</gui></ktmstat>");
+    const auto model = Config::ktmstat(input, ::xml_schema::flags::dont_validate);
+    return model->gui() ? *model->gui() : Config::Gui();
+}
+
+// The event filters installed on an object, most recent first.
+std::vector<QObject*> Filters(QObject* object)
+{
+    std::vector<QObject*> filters;
+    if (const auto* extra = QObjectPrivate::get(object)->extraData)
+    {
+        for (const QPointer<QObject>& filter : extra->eventFilters)
+        {
+            if (filter)
+            {
+                filters.push_back(filter.data());
+            }
+        }
+    }
+    return filters;
+}
+
+// Counts, after `filter` is destroyed, the filter lists that still refer to it: Qt keeps a
+// reference to a filter's guard for every list it was never removed from.
+class FilterProbe
+{
+public:
+    explicit FilterProbe(QObject* filter)
+        : m_keep(filter), m_guard(QObjectPrivate::get(filter)->sharedRefcount.loadRelaxed())
+    {
+    }
+
+    int LeftOverReferences() const { return m_guard->weakref.loadRelaxed() - 1; }
+
+private:
+    QPointer<QObject> m_keep;
+    QtSharedPointer::ExternalRefCountData* m_guard;
+};
+
+// One of each widget kind the section can name, in a window named "MainWindow".
+class Window : public QWidget
+{
+public:
+    Window()
+    {
+        setObjectName("MainWindow");
+        auto* layout = new QVBoxLayout(this);
+        auto add = [&](QWidget* widget, const char* name)
+        {
+            widget->setObjectName(name);
+            layout->addWidget(widget);
+        };
+        add(stop = new QPushButton("Stop"), "stopButton");
+        add(brush = new QPushButton("Brush"), "brushButton");
+        brush->setCheckable(true);
+        add(link = new QLabel("<a href=\"https://example.org/home\">Home page</a>"),
+            "homePageLabel");
+        add(mode = new QComboBox(), "modeBox");
+        mode->addItem("Game", "game-data");
+        mode->addItem("Desktop", "desktop-data");
+        add(preset = new AbstractPresetButton("1080p"), "presetButton");
+        add(emptyPreset = new AbstractPresetButton(QString()), "emptyPresetButton");
+        emptyPreset->setText("No preset");
+        add(recent = new ButtonWithPopUpList(), "recentButton");
+        recent->SetItems({"a.mkv", "b.mkv", "c.mkv"});
+        stopAction = new QAction("Stop recording", this);
+        stopAction->setObjectName("ActionStopRecord");
+        auto* tool = new QToolButton();
+        tool->setDefaultAction(stopAction);
+        add(tool, "stopToolButton");
+    }
+
+    QPushButton* stop;
+    QPushButton* brush;
+    QLabel* link;
+    QComboBox* mode;
+    AbstractPresetButton* preset;
+    AbstractPresetButton* emptyPreset;
+    ButtonWithPopUpList* recent;
+    QAction* stopAction;
+};
+
+class GuiHandlerTest : public testing::Test
+{
+protected:
+    void SetConfig(const std::string& gui) { handler->SetConfig(ParseGui(gui)); }
+    const std::vector<std::string>& Events() const { return tracker->lines; }
+
+    std::shared_ptr<RecordingTracker> tracker = std::make_shared<RecordingTracker>();
+    std::unique_ptr<GuiHandler> handler = std::make_unique<GuiHandler>(tracker);
+};
+
+// --- Every trigger, driven on a real window ---------------------------------------------------
+
+struct TriggerRow
+{
+    const char* label;
+    std::string gui;  // inside <widget id="MainWindow">
+    std::function<void(Window&)> act;
+    std::vector<std::string> expected;
+};
+
+void PrintTo(const TriggerRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+void Click(QWidget* widget)
+{
+    QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+void PickRecent(ButtonWithPopUpList* button, int row)
+{
+    Click(button);
+    QListWidget* list = button->PopUp();
+    ASSERT_TRUE(list && list->isVisible());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->item(row)).center());
+}
+
+class GuiHandlerTriggerTest : public GuiHandlerTest, public testing::WithParamInterface<TriggerRow>
+{
+};
+
+TEST_P(GuiHandlerTriggerTest, EmitsWhatTheEntrySays)
+{
+    const TriggerRow& row = GetParam();
+    SetConfig("<widget id=\"MainWindow\">" + row.gui + "</widget>");
+    Window window;
+    handler->Attach(&window);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+
+    row.act(window);
+
+    EXPECT_EQ(Events(), row.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    AllTriggers, GuiHandlerTriggerTest,
+    testing::Values(
+        TriggerRow{"ClickedAssignsCheckedStateOverParam",
+                   R"gui(<button id="brushButton"><clicked-event event="DRAW" value="ON">
+                        <param key="ON" value="param"/><param key="SRC" value="BUTTON"/>
+                      </clicked-event></button>)gui",
+                   [](Window& w)
+                   {
+                       Click(w.brush);
+                       Click(w.brush);
+                   },
+                   {"DRAW{ON=YES,SRC=BUTTON}", "DRAW{ON=NO,SRC=BUTTON}"}},
+        TriggerRow{"ToggledWithoutValueKeepsOnlyParams",
+                   R"gui(<button id="brushButton"><toggled-event event="DRAW">
+                        <param key="SRC" value="first"/><param key="SRC" value="second"/>
+                      </toggled-event></button>)gui",
+                   [](Window& w)
+                   {
+                       Click(w.brush);
+                       Click(w.stop);               // not toggled, not hooked
+                       w.brush->setChecked(false);  // toggled without a click
+                   },
+                   {"DRAW{SRC=first}", "DRAW{SRC=first}"}},
+        TriggerRow{"MouseReleaseOnlyForTheMouse",
+                   R"gui(<button id="stopButton"><mouse-release-event event="STOP">
+                        <param key="METHOD" value="BUTTON"/></mouse-release-event></button>)gui",
+                   [](Window& w)
+                   {
+                       QTest::keyClick(w.stop, Qt::Key_Space);
+                       QTest::mousePress(w.stop, Qt::LeftButton);
+                       QTest::mouseRelease(w.stop, Qt::LeftButton);
+                   },
+                   {"STOP{METHOD=BUTTON}"}},
+        TriggerRow{"ShowAndCloseOfTheWindow",
+                   R"gui(<show-event event="SHOWN"/><close-event event="CLOSED"/>)gui",
+                   [](Window& w)
+                   {
+                       w.hide();  // hiding is no close
+                       w.show();
+                       w.close();
+                   },
+                   {"SHOWN{}", "SHOWN{}", "CLOSED{}"}},
+        TriggerRow{"ChoosePresetInsertsTheName",
+                   R"gui(<abstractPresetButton id="presetButton">
+                        <clicked-event event="CLICK"/>
+                        <choosePreset event="PRESET" id="NAME"/></abstractPresetButton>)gui",
+                   [](Window& w) { Click(w.preset); },
+                   {"PRESET{NAME=1080p}", "CLICK{}"}},
+        TriggerRow{
+            "ChoosePresetKeepsAParamOfTheSameKey",
+            R"gui(<abstractPresetButton id="presetButton"><choosePreset event="PRESET" id="NAME">
+                        <param key="NAME" value="fixed"/></choosePreset></abstractPresetButton>)gui",
+            [](Window& w) { Click(w.preset); },
+            {"PRESET{NAME=fixed}"}},
+        TriggerRow{"ChoosePresetWithoutNameEmitsNothing",
+                   R"gui(<abstractPresetButton id="emptyPresetButton">
+                        <choosePreset event="PRESET" id="NAME"/></abstractPresetButton>)gui",
+                   [](Window& w) { Click(w.emptyPreset); },
+                   {}},
+        TriggerRow{"ItemSelectedOncePerChange",
+                   R"gui(<buttonWithPopUpList id="recentButton"><mouse-release-event event="OPEN"/>
+                        <item-selected event="RECENT"/></buttonWithPopUpList>)gui",
+                   [](Window& w)
+                   {
+                       PickRecent(w.recent, 2);
+                       PickRecent(w.recent, 2);  // already current: no change
+                   },
+                   {"OPEN{}", "RECENT{}", "OPEN{}"}},
+        TriggerRow{"LinkActivatedAssignsTheLink",
+                   R"gui(<label id="homePageLabel"><link-activated-event event="LINK" value="URL">
+                        <param key="URL" value="param"/></link-activated-event></label>)gui",
+                   [](Window& w) {
+                       QTest::mouseClick(w.link, Qt::LeftButton, {},
+                                         QPoint(4, w.link->height() / 2));
+                   },
+                   {"LINK{URL=https://example.org/home}"}},
+        TriggerRow{"IndexChangeReportsEveryFact",
+                   R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
+                        index="INDEX" name="NAME" mapped="MAPPED" dataName="DATA">
+                        <map key="0" value="GAME"/><map key="1" value="DESKTOP"/>
+                        <map key="1" value="SHADOWED"/>
+                      </current-index-changed-event></combobox>)gui",
+                   [](Window& w)
+                   {
+                       QTest::keyClick(w.mode, Qt::Key_Down);
+                       QTest::keyClick(w.mode, Qt::Key_Up);
+                   },
+                   {"MODE{DATA=desktop-data,INDEX=1,MAPPED=DESKTOP,NAME=Desktop}",
+                    "MODE{DATA=game-data,INDEX=0,MAPPED=GAME,NAME=Game}"}},
+        TriggerRow{"IndexChangeKeepsParamsOfTheSameKeys",
+                   R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
+                        index="IDX" name="NAME" mapped="MAP" dataName="DATA">
+                        <param key="IDX" value="p"/><param key="NAME" value="p"/>
+                        <param key="MAP" value="p"/><param key="DATA" value="p"/>
+                        <map key="1" value="DESKTOP"/>
+                      </current-index-changed-event></combobox>)gui",
+                   [](Window& w) { QTest::keyClick(w.mode, Qt::Key_Down); },
+                   {"MODE{DATA=p,IDX=p,MAP=p,NAME=p}"}},
+        TriggerRow{"IndexChangeEarlierFactWins",
+                   R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
+                        index="K" name="K" mapped="M" dataName="M" data="0">
+                        <map key="1" value="DESKTOP"/>
+                      </current-index-changed-event></combobox>)gui",
+                   [](Window& w) { QTest::keyClick(w.mode, Qt::Key_Down); },
+                   {"MODE{K=1,M=DESKTOP}"}},
+        TriggerRow{"ClearedComboBoxReportsMinusOne",
+                   R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
+                        index="INDEX" name="NAME" mapped="MAPPED">
+                        <map key="1" value="DESKTOP"/><map key="-1" value="NONE"/>
+                      </current-index-changed-event></combobox>)gui",
+                   [](Window& w) { w.mode->clear(); },
+                   {"MODE{INDEX=-1,MAPPED=NONE,NAME=}"}},
+        TriggerRow{"SignalsOfAnObjectBySignature",
+                   R"gui(<object id="modeBox">
+                        <signal event="ACTIVATED" signal="2activated(int)"/>
+                        <signal event="NEVER" signal="2NoSuchSignal()"/>
+                        <intSignal event="INDEX" signal="2currentIndexChanged(int)" key="I">
+                          <param key="I" value="param"/></intSignal>
+                        <stringSignal event="TEXT" signal="2currentTextChanged(QString)" key="T"/>
+                      </object>)gui",
+                   [](Window& w) { QTest::keyClick(w.mode, Qt::Key_Down); },
+                   {"INDEX{I=1}", "TEXT{T=Desktop}", "ACTIVATED{}"}}),
+    [](const testing::TestParamInfo<TriggerRow>& info) { return std::string(info.param.label); });
+
+// --- Which objects an entry finds -------------------------------------------------------------
+
+// root
+//   topFrame
+//     inner
+//       settingsButton (A)
+//   settingsButton (B)
+//   okButton1 (C)
+//   otherFrame
+//     okButton2 (D)
+class SearchTree
+{
+public:
+    SearchTree()
+    {
+        root.setObjectName("root");
+        auto* top = Make<QWidget>("topFrame", &root);
+        A = Make<QPushButton>("settingsButton", Make<QWidget>("inner", top));
+        B = Make<QPushButton>("settingsButton", &root);
+        C = Make<QPushButton>("okButton1", &root);
+        D = Make<QPushButton>("okButton2", Make<QWidget>("otherFrame", &root));
+    }
+
+    template <typename T>
+    static T* Make(const char* name, QWidget* parent)
+    {
+        auto* widget = new T(parent);
+        widget->setObjectName(name);
+        return widget;
+    }
+
+    QWidget root;
+    QPushButton* A;
+    QPushButton* B;
+    QPushButton* C;
+    QPushButton* D;
+};
+
+struct SearchRow
+{
+    const char* label;
+    std::string gui;
+    char start;   // 'R' for the root, else the button that Attach() starts at
+    char target;  // 0: none
+    std::string expected;
+};
+
+void PrintTo(const SearchRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class GuiHandlerSearchTest : public GuiHandlerTest, public testing::WithParamInterface<SearchRow>
+{
+};
+
+// Each button is pressed once; the result counts the events each press produced.
+TEST_P(GuiHandlerSearchTest, HooksEachMatchOnce)
+{
+    const SearchRow& row = GetParam();
+    SearchTree tree;
+    const std::map<char, QPushButton*> buttons{
+        {'A', tree.A}, {'B', tree.B}, {'C', tree.C}, {'D', tree.D}};
+    QObject* start = row.start == 'R' ? &tree.root : buttons.at(row.start);
+    SetConfig(row.gui);
+    handler->Attach(start, row.target ? buttons.at(row.target) : nullptr);
+    // The root gets its native window when shown, and is attached with whatever section is
+    // current then; an empty one only marks it.
+    SetConfig("");
+    tree.root.show();
+
+    std::string counts;
+    for (const auto& [name, button] : buttons)
+    {
+        const std::size_t before = Events().size();
+        Click(button);
+        counts += std::string(1, name) + std::to_string(Events().size() - before);
+    }
+    EXPECT_EQ(counts, row.expected);
+}
+
+#define BUTTON(id, attrs)                              \
+    "<widget id=\"root\"><button id=\"" id "\" " attrs \
+    "><clicked-event event=\"E\"/></button></widget>"
+
+// Starting at a button: buttons stand only in widgets, objects at the top too.
+#define PRESSED(id)                               \
+    "<object id=\"" id                            \
+    "\" idIsRegExp=\"true\"><signal event=\"E\" " \
+    "signal=\"2pressed()\"/></object>"
+
+INSTANTIATE_TEST_SUITE_P(
+    Paths, GuiHandlerSearchTest,
+    testing::Values(
+        SearchRow{"NameAtAnyDepth", BUTTON("settingsButton", ""), 'R', 0, "A1B1C0D0"},
+        SearchRow{"PathThroughTwoLevels", BUTTON("topFrame:settingsButton", ""), 'R', 0,
+                  "A1B0C0D0"},
+        SearchRow{"PathStartingAtTheRoot", BUTTON("root:topFrame:inner:settingsButton", ""), 'R', 0,
+                  "A1B0C0D0"},
+        SearchRow{"EmptyPartsSkipped", BUTTON("::topFrame::settingsButton:", ""), 'R', 0,
+                  "A1B0C0D0"},
+        SearchRow{"PathWithoutSuchParent", BUTTON("otherFrame:settingsButton", ""), 'R', 0,
+                  "A0B0C0D0"},
+        SearchRow{"NamesAreCaseSensitive", BUTTON("SettingsButton", ""), 'R', 0, "A0B0C0D0"},
+        SearchRow{"IdIsRootIgnoresDescendants", BUTTON("settingsButton", "idIsRoot=\"true\""), 'R',
+                  0, "A0B0C0D0"},
+        SearchRow{"IdIsRootMatchesTheStart",
+                  R"gui(<widget id="root" idIsRoot="true"><button id="okButton2">
+                       <clicked-event event="E"/></button></widget>
+                     <widget id="otherFrame" idIsRoot="true"><button id="okButton1">
+                       <clicked-event event="E"/></button></widget>)gui",
+                  'R', 0, "A0B0C0D1"},
+        SearchRow{"RegExpMatchesPartOfADescendant", BUTTON("Button", "idIsRegExp=\"true\""), 'R', 0,
+                  "A1B1C1D1"},
+        SearchRow{"RegExpMustMatchAllOfTheStart", PRESSED("Button"), 'C', 0, "A0B0C0D0"},
+        SearchRow{"RegExpMatchingAllOfTheStart", PRESSED("ok.*1"), 'C', 0, "A0B0C1D0"},
+        SearchRow{"RegExpIsCaseSensitive", BUTTON("button", "idIsRegExp=\"true\""), 'R', 0,
+                  "A0B0C0D0"},
+        SearchRow{"FoundTwoWaysHookedTwice", BUTTON("o:settingsButton", "idIsRegExp=\"true\""), 'R',
+                  0, "A2B1C0D0"},
+        SearchRow{"TargetAloneGetsHooks", BUTTON("Button", "idIsRegExp=\"true\""), 'R', 'B',
+                  "A0B1C0D0"},
+        SearchRow{"ObjectEntriesIgnoreTheTarget",
+                  R"gui(<object id="Button" idIsRegExp="true">
+                       <signal event="E" signal="2pressed()"/></object>)gui",
+                  'R', 'B', "A1B1C1D1"}),
+    [](const testing::TestParamInfo<SearchRow>& info) { return std::string(info.param.label); });
+
+// --- Conditions of actions --------------------------------------------------------------------
+
+struct ActionRow
+{
+    const char* label;
+    QVariant state;  // invalid: no such property
+    std::vector<std::string> expected;
+};
+
+void PrintTo(const ActionRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class GuiHandlerActionTest : public GuiHandlerTest, public testing::WithParamInterface<ActionRow>
+{
+};
+
+// An action of a tray menu, attached on its own and triggered through a tool button.
+TEST_P(GuiHandlerActionTest, EmitsOnlyWhenThePropertyFits)
+{
+    const ActionRow& row = GetParam();
+    SetConfig(R"gui(
+        <action id="ActionQuit" propertyName="state" propertyValue="AudioConfiguring">
+          <triggered-event event="QUIT_AUDIO"/></action>
+        <action id="ActionQuit" propertyName="state" propertyValue="Configuring">
+          <triggered-event event="QUIT_CONFIGURING"/></action>
+        <action id="ActionQuit" propertyName="state">
+          <triggered-event event="QUIT_IN_ANY_STATE"/></action>
+        <action id="ActionQuit"><triggered-event event="QUIT"/></action>)gui");
+    QAction quit("Quit");
+    quit.setObjectName("ActionQuit");
+    handler->Attach(&quit);
+    handler->Attach(&quit);
+    QToolButton button;
+    button.setDefaultAction(&quit);
+    button.show();
+
+    quit.setProperty("state", row.state);
+    Click(&button);
+
+    EXPECT_EQ(Events(), row.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StateProperty, GuiHandlerActionTest,
+    testing::Values(
+        ActionRow{"NoProperty", QVariant(), {"QUIT{}"}},
+        ActionRow{"OtherValue",
+                  QVariant("AudioConfiguring"),
+                  {"QUIT_AUDIO{}", "QUIT_IN_ANY_STATE{}", "QUIT{}"}},
+        ActionRow{"ExactValue",
+                  QVariant("Configuring"),
+                  {"QUIT_CONFIGURING{}", "QUIT_IN_ANY_STATE{}", "QUIT{}"}},
+        ActionRow{"ValueDiffersInCase", QVariant("configuring"), {"QUIT_IN_ANY_STATE{}", "QUIT{}"}},
+        ActionRow{
+            "EmptyValueIsStillAProperty", QVariant(QString()), {"QUIT_IN_ANY_STATE{}", "QUIT{}"}},
+        ActionRow{"NumberComparedAsText", QVariant(5), {"QUIT_IN_ANY_STATE{}", "QUIT{}"}}),
+    [](const testing::TestParamInfo<ActionRow>& info) { return std::string(info.param.label); });
+
+// --- Life cycle ---------------------------------------------------------------------------------
+
+const char* const StopButtonSection = R"gui(
+    <widget id="MainWindow"><button id="stopButton"><clicked-event event="STOP"/></button>
+    </widget>)gui";
+
+TEST_F(GuiHandlerTest, AttachingTwiceHooksOnce)
+{
+    SetConfig(StopButtonSection);
+    Window window;
+    handler->Attach(&window);
+    handler->Attach(&window);
+    window.show();  // attached by itself too, had it not been marked
+    handler->Attach(&window, nullptr);
+
+    Click(window.stop);
+
+    EXPECT_EQ(Events(), std::vector<std::string>{"STOP{}"});
+    EXPECT_EQ(window.property(Marker), QVariant(true));
+}
+
+TEST_F(GuiHandlerTest, WindowShownAfterSetConfigIsAttachedByItself)
+{
+    SetConfig(StopButtonSection);
+    Window window;
+    // A native child gets a native window of its own, but is no window.
+    window.brush->setAttribute(Qt::WA_NativeWindow);
+    window.show();
+    ASSERT_TRUE(window.property(Marker).isValid());
+    EXPECT_FALSE(window.brush->property(Marker).isValid());
+
+    Click(window.stop);
+    window.hide();
+    window.show();  // no second native window, no second attaching
+    Click(window.stop);
+
+    EXPECT_EQ(Events(), (std::vector<std::string>{"STOP{}", "STOP{}"}));
+    // Child widgets get no native window of their own and no marker.
+    EXPECT_FALSE(window.stop->property(Marker).isValid());
+}
+
+TEST_F(GuiHandlerTest, WindowShownBeforeSetConfigStaysUnhooked)
+{
+    Window window;
+    window.show();
+    SetConfig(StopButtonSection);
+    handler->Attach(&window);
+
+    Click(window.stop);
+
+    EXPECT_TRUE(Events().empty());
+}
+
+TEST_F(GuiHandlerTest, SetConfigLeavesAttachedWindowsAsTheyWere)
+{
+    SetConfig(StopButtonSection);
+    Window first;
+    first.show();
+    SetConfig(R"gui(<widget id="MainWindow"><button id="brushButton">
+                   <clicked-event event="BRUSH"/></button></widget>)gui");
+    Window second;
+    second.show();
+
+    for (Window* window : {&first, &second})
+    {
+        Click(window->stop);
+        Click(window->brush);
+    }
+
+    EXPECT_EQ(Events(), (std::vector<std::string>{"STOP{}", "BRUSH{}"}));
+}
+
+TEST_F(GuiHandlerTest, NewObjectAtTheAddressOfADeletedOneGetsNoOldHooks)
+{
+    SetConfig(R"gui(<widget id="MainWindow"><widget id="panel"><show-event event="OLD_SHOWN"/>
+                 </widget></widget>)gui");
+    Window window;
+    alignas(QWidget) unsigned char storage[sizeof(QWidget)];
+    auto* panel = new (storage) QWidget(&window);
+    panel->setObjectName("panel");
+    handler->Attach(&window);
+    window.show();
+    panel->~QWidget();
+
+    SetConfig(R"gui(<widget id="MainWindow"><widget id="panel"><close-event event="NEW_CLOSED"/>
+                 </widget></widget>)gui");
+    auto* reborn = new (storage) QWidget(&window);
+    ASSERT_EQ(static_cast<void*>(reborn), static_cast<void*>(panel));
+    reborn->setObjectName("panel");
+    handler->Attach(&window, reborn);
+    reborn->hide();
+    reborn->show();
+    reborn->close();
+    reborn->~QWidget();
+
+    EXPECT_EQ(Events(), (std::vector<std::string>{"OLD_SHOWN{}", "NEW_CLOSED{}"}));
+}
+
+TEST_F(GuiHandlerTest, DestroyedHandlerLeavesNoFilterAndNoReferenceBehind)
+{
+    handler.reset();
+    const std::vector<QObject*> applicationFilters = Filters(qApp);
+    handler = std::make_unique<GuiHandler>(tracker);
+    const std::vector<QObject*> withHandler = Filters(qApp);
+    ASSERT_EQ(withHandler.size(), applicationFilters.size() + 1);
+    FilterProbe autoAttacher(withHandler.front());
+
+    SetConfig(R"gui(<widget id="MainWindow"><show-event event="SHOWN"/><close-event event="CLOSED"/>
+                 <button id="stopButton"><mouse-release-event event="STOP"/></button>
+                 <object id="modeBox"><intSignal event="I" signal="2activated(int)" key="I"/>
+                 </object></widget>)gui");
+    Window window;
+    window.show();
+    ASSERT_EQ(Filters(&window).size(), 1u);
+    ASSERT_EQ(Filters(window.stop), Filters(&window));
+    FilterProbe eventHook(Filters(&window).front());
+
+    handler.reset();
+
+    EXPECT_EQ(autoAttacher.LeftOverReferences(), 0);
+    EXPECT_EQ(eventHook.LeftOverReferences(), 0);
+    EXPECT_EQ(Filters(qApp), applicationFilters);
+    EXPECT_EQ(tracker.use_count(), 1);
+    Click(window.stop);
+    QTest::keyClick(window.mode, Qt::Key_Down);
+    window.close();
+    Window later;
+    later.show();
+    EXPECT_FALSE(later.property(Marker).isValid());
+    EXPECT_EQ(Events(), std::vector<std::string>{"SHOWN{}"});
+}
+
+TEST(GuiHandlerConstructionTest, RefusesAnEmptyTracker)
+{
+    EXPECT_THROW(GuiHandler(std::shared_ptr<IKtTracker>()), std::logic_error);
+}
+
+// --- The shipped section ----------------------------------------------------------------------
+
+TEST_F(GuiHandlerTest, ShippedSectionHooksTheCapturePanel)
+{
+    std::istringstream input(Velkor::KT::Tracking::LoadConfigFromQrc("/KT/Tracking/Config.xml"));
+    const auto model = Config::ktmstat(input, ::xml_schema::flags::dont_validate);
+    ASSERT_TRUE(model->gui());
+    handler->SetConfig(*model->gui());
+
+    QWidget panel;
+    panel.setObjectName("CaptureControlPanel");
+    auto* layout = new QVBoxLayout(&panel);
+    auto add = [&](const char* name)
+    {
+        auto* button = new QPushButton(name);
+        button->setObjectName(name);
+        layout->addWidget(button);
+        return button;
+    };
+    QPushButton* stop = add("stopButton");
+    QPushButton* brush = add("brushSettingsButton");
+    brush->setCheckable(true);
+    QPushButton* screenshot = add("takeScreenshotButton");
+    QAction quit("Quit", &panel);
+    quit.setObjectName("ActionQuit");
+    quit.setProperty("state", "WebCameraConfiguring");
+    panel.show();
+
+    Click(stop);
+    Click(brush);
+    Click(screenshot);
+    quit.trigger();
+
+    EXPECT_EQ(Events(),
+              (std::vector<std::string>{
+                  "BUTTON_CAPTURE_STOP_EVENT{METHOD=BUTTON}",
+                  "DRAWING_ON_VIDEO_CLICK{DRAWING_ENABLED=YES}",
+                  "BUTTON_OVERLAY_PANEL_TAKE_SCREENSHOT_CAPTURING_EVENT{METHOD=BUTTON_CAPTURING}",
+                  "QUIT_WEBCAMERA_CONFIGURING{}"}));
+}
+
+}  // namespace
