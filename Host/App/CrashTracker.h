@@ -12,10 +12,11 @@
 namespace Velkor::App
 {
 
-// Recognises failed sessions by marker files in a directory: each session leaves a marker
-// "<session id>.session" while it runs and removes it when it ends cleanly, so a marker of
-// another session found at start-up belongs to a session that failed. Markers are ordered by
-// the line "seq=<n>" written in them, a counter shared by all sessions of the directory.
+// Recognises failed sessions by marker files in a directory, for an application that runs one
+// instance at a time: each session leaves a marker "<session id>.session" while it runs and
+// removes it when it ends cleanly, so a marker of another session found at start-up belongs to
+// a session that failed. Markers are ordered by the line "seq=<n>" written in them, a counter
+// shared by all sessions of the directory.
 class KT_HOST_EXPORT CrashTracker : public ICrashTracker
 {
 public:
