@@ -183,71 +183,9 @@ TEST_P(HyperPassFillerTest, ReportsTheSettingAtFillTime)
 }
 
 INSTANTIATE_TEST_SUITE_P(Settings, HyperPassFillerTest,
-                         testing::Values(HyperPassRow{"Off", false, false, "NO"},
-                                         HyperPassRow{"On", true, true, "YES"},
-                                         HyperPassRow{"SwitchedOn", false, true, "YES"},
-                                         HyperPassRow{"SwitchedOff", true, false, "NO"}),
-                         [](const testing::TestParamInfo<HyperPassRow>& info)
-                         { return std::string(info.param.label); });
-
-// --- Running a set of fillers -----------------------------------------------------------------
-
-// Writes "WHO" = its name and appends its name to "TRAIL".
-class NamedFiller : public Velkor::Tracking::IDataFiller
-{
-public:
-    explicit NamedFiller(std::string name) : m_name(std::move(name)) {}
-
-    void Fill(Params& params) override
-    {
-        params["WHO"] = m_name;
-        params["TRAIL"] += m_name;
-    }
-
-private:
-    const std::string m_name;
-};
-
-struct RunRow
-{
-    const char* label;
-    std::vector<FillerTypes> order;
-    Params expected;
-};
-
-void PrintTo(const RunRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class RunFillersTest : public testing::TestWithParam<RunRow>
-{
-};
-
-TEST_P(RunFillersTest, RunsExistingFillersInTheGivenOrderLaterOnesWinning)
-{
-    FillerMap fillers;
-    fillers[FillerTypes::AppLanguage] = std::make_unique<NamedFiller>("L");
-    fillers[FillerTypes::CountryName] = std::make_unique<NamedFiller>("C");
-    fillers[FillerTypes::MonitorsConfig] = std::make_unique<NamedFiller>("M");
-    Params params;
-    RunFillers(fillers, GetParam().order, params);
-    EXPECT_EQ(params, GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Orders, RunFillersTest,
-                         testing::Values(RunRow{"Empty", {}, {}},
-                                         RunRow{"MapOrderIsNotUsed",
-                                                {T::MonitorsConfig, T::AppLanguage, T::CountryName},
-                                                {{"WHO", "C"}, {"TRAIL", "MLC"}}},
-                                         RunRow{"MissingTypesSkipped",
-                                                {T::AppLanguage, T::Accelerators, T::HyperPass,
-                                                 T::MonitorsConfig, T::OSConfig},
-                                                {{"WHO", "M"}, {"TRAIL", "LM"}}},
-                                         RunRow{"RepeatedTypeRunsAgain",
-                                                {T::CountryName, T::AppLanguage, T::CountryName},
-                                                {{"WHO", "C"}, {"TRAIL", "CLC"}}}),
-                         [](const testing::TestParamInfo<RunRow>& info)
+                         testing::Values(HyperPassRow{"SwitchedOn", false, true, "YES"},
+                    HyperPassRow{"SwitchedOff", true, false, "NO"}),
+    [](const testing::TestParamInfo<HyperPassRow>& info)
                          { return std::string(info.param.label); });
 
 }  // namespace

@@ -146,9 +146,6 @@ TEST(HardwareConfigFillerTest, ReportsThisMachinesProcessorsAndMemory)
 
     const std::string& name = facts.at("CPU_NAME");
     EXPECT_NE(name, "UNKNOWN");
-    EXPECT_EQ(name.find('\t'), std::string::npos) << name;
-    EXPECT_NE(name.front(), ' ');
-    EXPECT_NE(name.back(), ' ');
 }
 
 TEST(OSConfigFillerTest, ReportsTheRunningSystem)
@@ -164,24 +161,6 @@ TEST(OSConfigFillerTest, ReportsTheRunningSystem)
     {
         EXPECT_EQ(facts.at("OS_BITS"), "64");
     }
-
-    QFile osRelease(QStringLiteral("/etc/os-release"));
-    if (osRelease.open(QIODevice::ReadOnly))
-    {
-        for (const QByteArray& line : osRelease.readAll().split('\n'))
-        {
-            if (line.startsWith("VERSION_ID="))
-            {
-                EXPECT_EQ(facts.at("OS_VERSION"), line.mid(11).replace('"', "").toStdString());
-            }
-        }
-    }
-}
-
-TEST(AppConfigFillerTest, ReportsTheBitnessOfThisBuild)
-{
-    Velkor::KT::Tracking::Fillers::AppConfigFiller filler;
-    EXPECT_EQ(FillFresh(filler).at("APP_BITS"), sizeof(void*) == 8 ? "64" : "32");
 }
 
 // --- Acceleration over a made-up device list --------------------------------------------------
@@ -250,7 +229,6 @@ TEST_P(AcceleratorsFillerTest, CountsOnlyDisplayControllersOfEachVendor)
 INSTANTIATE_TEST_SUITE_P(
     Devices, AcceleratorsFillerTest,
     testing::Values(
-        AcceleratorsRow{"NoDevices", {}, false, false, false},
         AcceleratorsRow{"VendorsWithoutDisplays",
                         {{"0x060000", "0x8086"}, {"0x040300", "0x10de"}, {"0x0c0330", "0x1002"}},
                         false,
@@ -326,11 +304,8 @@ TEST_P(CountryNameFillerTest, NamesTheSystemLocalesCountryInEnglish)
 
 INSTANTIATE_TEST_SUITE_P(Locales, CountryNameFillerTest,
                          testing::Values(CountryRow{"German", "de_DE.UTF-8", "Germany"},
-                                         CountryRow{"AustrianGerman", "de_AT.UTF-8", "Austria"},
                                          CountryRow{"BrazilianPortuguese", "pt_BR.UTF-8", "Brazil"},
-                                         CountryRow{"CanadianFrench", "fr_CA", "Canada"},
-                                         CountryRow{"AmericanEnglish", "en_US.UTF-8",
-                                                    "United States"}),
+                                         CountryRow{"CanadianFrench", "fr_CA", "Canada"}),
                          [](const testing::TestParamInfo<CountryRow>& info)
                          { return std::string(info.param.label); });
 
