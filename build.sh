@@ -16,6 +16,8 @@ PACKAGES=(cmake make g++ pkg-config qtbase5-dev libxerces-c-dev xsdcxx libboost-
           libgoogle-glog-dev googletest libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth)
 # Qt's private headers: tests inspect an object's installed event filters.
 PACKAGES+=(qtbase5-private-dev)
+# Locale sources: a test compiles a decimal-comma locale from them with localedef.
+PACKAGES+=(locales)
 
 usage() { sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
 

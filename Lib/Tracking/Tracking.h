@@ -19,6 +19,8 @@
 #include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"
 
+#include "Tracking/Fillers/FillerTypes.h"
+
 #include "Tracking/ConfigLoader.h"
 #include "Tracking/Config/Aggregator.h"
 #include "Tracking/Config/Filter.h"

@@ -1,0 +1,18 @@
+#include "Tracking/Fillers/AppLanguageFiller.h"
+
+#include <utility>
+
+namespace Velkor::KT::Tracking::Fillers
+{
+
+AppLanguageFiller::AppLanguageFiller(LanguageFunction language) : m_language(std::move(language)) {}
+
+void AppLanguageFiller::Fill(std::map<std::string, std::string>& params)
+{
+    if (m_language)
+    {
+        params["APP_LANGUAGE"] = m_language();
+    }
+}
+
+}  // namespace Velkor::KT::Tracking::Fillers

@@ -1,0 +1,312 @@
+// The fillers that report facts of the machine: their keys, and their values checked against
+// sources other than the ones the fillers read.
+
+#include "Tracking/Fillers/AppConfigFiller.h"
+#include "Tracking/Fillers/CountryNameFiller.h"
+
+#include "Analytics/AcceleratorsPropertiesFiller.h"
+#include "Analytics/HardwareConfigFiller.h"
+#include "Analytics/OSConfigFiller.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <sys/utsname.h>
+#include <unistd.h>
+
+using Params = std::map<std::string, std::string>;
+using Velkor::Tracking::IDataFiller;
+
+namespace
+{
+
+Params FillFresh(IDataFiller& filler)
+{
+    Params params;
+    filler.Fill(params);
+    return params;
+}
+
+std::set<std::string> KeysOf(const Params& params)
+{
+    std::set<std::string> keys;
+    for (const auto& entry : params)
+    {
+        keys.insert(entry.first);
+    }
+    return keys;
+}
+
+// --- Keys -------------------------------------------------------------------------------------
+
+struct KeysRow
+{
+    const char* label;
+    std::function<std::unique_ptr<IDataFiller>()> make;
+    std::set<std::string> keys;
+};
+
+void PrintTo(const KeysRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class FillerKeysTest : public testing::TestWithParam<KeysRow>
+{
+};
+
+TEST_P(FillerKeysTest, WritesExactlyItsKeysWithValuesAndOverwrites)
+{
+    const KeysRow& row = GetParam();
+    const std::unique_ptr<IDataFiller> filler = row.make();
+    const Params fresh = FillFresh(*filler);
+    EXPECT_EQ(KeysOf(fresh), row.keys);
+    for (const auto& [key, value] : fresh)
+    {
+        EXPECT_FALSE(value.empty()) << key;
+    }
+
+    // Over a map that already holds every key with another value, and a foreign key.
+    Params stale{{"FOREIGN", "kept"}};
+    for (const std::string& key : row.keys)
+    {
+        stale[key] = "stale";
+    }
+    filler->Fill(stale);
+    EXPECT_EQ(stale.at("FOREIGN"), "kept");
+    stale.erase("FOREIGN");
+    EXPECT_EQ(stale, fresh);
+}
+
+template <typename Filler>
+std::function<std::unique_ptr<IDataFiller>()> Make()
+{
+    return [] { return std::make_unique<Filler>(); };
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fillers, FillerKeysTest,
+    testing::Values(
+        KeysRow{"Accelerators",
+                Make<Velkor::Analytics::AcceleratorsPropertiesFiller>(),
+                {"IM_HW_AVAILABLE", "NVENC_AVAILABLE", "NVDEC_AVAILABLE", "AMF_AVAILABLE",
+                 "NVENC_ENABLED", "NVDEC_ENABLED", "AMF_ENABLED"}},
+        KeysRow{"HardwareConfig",
+                Make<Velkor::Analytics::HardwareConfigFiller>(),
+                {"CPU_NAME", "CPU_ARCHITECTURE", "CPU_CORES", "RAM_TOTAL_MB"}},
+        KeysRow{"OSConfig",
+                Make<Velkor::Analytics::OSConfigFiller>(),
+                {"OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE"}},
+        KeysRow{"AppConfig", Make<Velkor::KT::Tracking::Fillers::AppConfigFiller>(), {"APP_BITS"}},
+        KeysRow{"CountryName",
+                Make<Velkor::KT::Tracking::Fillers::CountryNameFiller>(),
+                {"COUNTRY_NAME"}}),
+    [](const testing::TestParamInfo<KeysRow>& info) { return std::string(info.param.label); });
+
+// --- True facts -------------------------------------------------------------------------------
+
+std::string ReadTrimmed(const char* path)
+{
+    QFile file(QString::fromLatin1(path));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toStdString() : std::string();
+}
+
+TEST(HardwareConfigFillerTest, ReportsThisMachinesProcessorsAndMemory)
+{
+    Velkor::Analytics::HardwareConfigFiller filler;
+    const Params facts = FillFresh(filler);
+
+    EXPECT_EQ(facts.at("CPU_CORES"), std::to_string(std::thread::hardware_concurrency()));
+
+    // The kernel's own count of memory pages, not /proc/meminfo.
+    const unsigned long long bytes =
+        static_cast<unsigned long long>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE);
+    const unsigned long long mib = std::stoull(facts.at("RAM_TOTAL_MB"));
+    EXPECT_GT(mib, 0u);
+    EXPECT_NEAR(double(mib), double(bytes >> 20), 1.0);
+
+    utsname names{};
+    ASSERT_EQ(uname(&names), 0);
+    EXPECT_EQ(facts.at("CPU_ARCHITECTURE"), names.machine);
+
+    const std::string& name = facts.at("CPU_NAME");
+    EXPECT_NE(name, "UNKNOWN");
+}
+
+TEST(OSConfigFillerTest, ReportsTheRunningSystem)
+{
+    Velkor::Analytics::OSConfigFiller filler;
+    const Params facts = FillFresh(filler);
+
+    const std::string release = ReadTrimmed("/proc/sys/kernel/osrelease");
+    ASSERT_FALSE(release.empty());
+    EXPECT_EQ(facts.at("OS_KERNEL"), "linux " + release);
+    // A 64-bit test runs on a 64-bit system.
+    if (sizeof(void*) == 8)
+    {
+        EXPECT_EQ(facts.at("OS_BITS"), "64");
+    }
+}
+
+// --- Acceleration over a made-up device list --------------------------------------------------
+
+struct Device
+{
+    const char* pciClass;
+    const char* vendor;
+};
+
+struct AcceleratorsRow
+{
+    const char* label;
+    std::vector<Device> devices;
+    bool intel;
+    bool nvidia;
+    bool amd;
+};
+
+void PrintTo(const AcceleratorsRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class AcceleratorsFillerTest : public testing::TestWithParam<AcceleratorsRow>
+{
+};
+
+TEST_P(AcceleratorsFillerTest, CountsOnlyDisplayControllersOfEachVendor)
+{
+    const AcceleratorsRow& row = GetParam();
+    QTemporaryDir root;
+    ASSERT_TRUE(root.isValid());
+    int index = 0;
+    for (const Device& device : row.devices)
+    {
+        const QString dir = root.filePath(QStringLiteral("0000:00:%1.0").arg(index++));
+        ASSERT_TRUE(QDir().mkpath(dir));
+        for (const auto& [name, text] :
+             {std::pair{"class", device.pciClass}, std::pair{"vendor", device.vendor}})
+        {
+            QFile file(dir + QLatin1Char('/') + QLatin1String(name));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray(text) + '\n');
+        }
+    }
+
+    Velkor::Analytics::AcceleratorsPropertiesFiller filler(root.path().toStdString());
+    const Params facts = FillFresh(filler);
+    auto flag = [](bool value) { return std::string(value ? "YES" : "NO"); };
+    EXPECT_EQ(facts.at("IM_HW_AVAILABLE"), flag(row.intel));
+    EXPECT_EQ(facts.at("NVENC_AVAILABLE"), flag(row.nvidia));
+    EXPECT_EQ(facts.at("NVDEC_AVAILABLE"), flag(row.nvidia));
+    EXPECT_EQ(facts.at("AMF_AVAILABLE"), flag(row.amd));
+    // Enabled needs the hardware; whether the runtime is installed depends on the machine.
+    for (const char* facility : {"NVENC", "NVDEC", "AMF"})
+    {
+        const std::string prefix = facility;
+        const std::string& enabled = facts.at(prefix + "_ENABLED");
+        EXPECT_TRUE(enabled == "NO" ||
+                    (enabled == "YES" && facts.at(prefix + "_AVAILABLE") == "YES"))
+            << prefix << " enabled " << enabled;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Devices, AcceleratorsFillerTest,
+    testing::Values(
+        AcceleratorsRow{"VendorsWithoutDisplays",
+                        {{"0x060000", "0x8086"}, {"0x040300", "0x10de"}, {"0x0c0330", "0x1002"}},
+                        false,
+                        false,
+                        false},
+        AcceleratorsRow{"IntelGraphics", {{"0x030000", "0x8086"}}, true, false, false},
+        AcceleratorsRow{"NvidiaBesideIntelBridge",
+                        {{"0x060000", "0x8086"}, {"0x030200", "0x10de"}},
+                        false,
+                        true,
+                        false},
+        AcceleratorsRow{
+            "AmdAndNvidia", {{"0x038000", "0x1002"}, {"0x030000", "0x10de"}}, false, true, true},
+        AcceleratorsRow{"UnreadableEntriesIgnored",
+                        {{"garbage", "0x8086"}, {"0x030000", ""}, {"0x030000", "0x1af4"}},
+                        false,
+                        false,
+                        false}),
+    [](const testing::TestParamInfo<AcceleratorsRow>& info)
+    { return std::string(info.param.label); });
+
+// --- Country of the system locale -------------------------------------------------------------
+
+// The system locale is read from the environment once per process, so each locale is tried in
+// a child: this executable started again with KT_COUNTRY_CHILD set prints the filler's value and
+// exits before any test runs.
+[[maybe_unused]] const bool COUNTRY_CHILD = []
+{
+    if (!qEnvironmentVariableIsEmpty("KT_COUNTRY_CHILD"))
+    {
+        Velkor::KT::Tracking::Fillers::CountryNameFiller filler;
+        std::printf("COUNTRY=[%s]\n", FillFresh(filler).at("COUNTRY_NAME").c_str());
+        std::fflush(stdout);
+        std::_Exit(0);
+    }
+    return false;
+}();
+
+struct CountryRow
+{
+    const char* label;
+    const char* lang;
+    const char* country;
+};
+
+void PrintTo(const CountryRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class CountryNameFillerTest : public testing::TestWithParam<CountryRow>
+{
+};
+
+TEST_P(CountryNameFillerTest, NamesTheSystemLocalesCountryInEnglish)
+{
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("LC_ALL"));
+    environment.remove(QStringLiteral("LC_MESSAGES"));
+    environment.remove(QStringLiteral("LC_NUMERIC"));
+    environment.remove(QStringLiteral("LANGUAGE"));
+    environment.insert(QStringLiteral("LANG"), QString::fromLatin1(GetParam().lang));
+    environment.insert(QStringLiteral("KT_COUNTRY_CHILD"), QStringLiteral("1"));
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(), QStringList());
+    ASSERT_TRUE(child.waitForFinished(60000));
+    const QByteArray output = child.readAllStandardOutput();
+    EXPECT_EQ(child.exitCode(), 0) << output.toStdString();
+    EXPECT_TRUE(output.contains("COUNTRY=[" + QByteArray(GetParam().country) + "]"))
+        << output.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, CountryNameFillerTest,
+                         testing::Values(CountryRow{"German", "de_DE.UTF-8", "Germany"},
+                                         CountryRow{"BrazilianPortuguese", "pt_BR.UTF-8", "Brazil"},
+                                         CountryRow{"CanadianFrench", "fr_CA", "Canada"}),
+                         [](const testing::TestParamInfo<CountryRow>& info)
+                         { return std::string(info.param.label); });
+
+}  // namespace

@@ -1,0 +1,170 @@
+// The monitors filler on the screens of the platform it runs on. By default that is the
+// offscreen platform's one 800x600 screen at 100 dpi; CMake also runs the screen tests on other
+// screen sets (two X screens, scaled interface) and names the expected screens in
+// KT_EXPECTED_SCREENS: "<native rect>@<physical dpi>@<logical dpi>@<scaled rect>" per screen,
+// separated by '|'.
+
+#include "Tracking/Fillers/MonitorsConfigFiller.h"
+
+#include "Helpers/CommaLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QRect>
+#include <QScreen>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+using Params = std::map<std::string, std::string>;
+using Velkor::KT::Tracking::Fillers::MonitorsConfigFiller;
+
+namespace
+{
+
+enum class CommaLocale
+{
+    None,
+    QtAndStd,
+    CLibrary,
+};
+
+// Applies a comma locale for the life of the object; Skip() says why it could not.
+class LocaleScope
+{
+public:
+    explicit LocaleScope(CommaLocale kind)
+    {
+        if (kind == CommaLocale::QtAndStd)
+        {
+            m_qtAndStd.emplace();
+        }
+        else if (kind == CommaLocale::CLibrary)
+        {
+            m_cLibrary = std::make_unique<KtTest::CLibraryCommaLocale>();
+        }
+    }
+
+    std::optional<std::string> Skip() const
+    {
+        if (m_cLibrary && !m_cLibrary->Active())
+        {
+            return m_cLibrary->Why();
+        }
+        return std::nullopt;
+    }
+
+private:
+    std::optional<KtTest::QtAndStdCommaLocale> m_qtAndStd;
+    std::unique_ptr<KtTest::CLibraryCommaLocale> m_cLibrary;
+};
+
+struct LocaleRow
+{
+    const char* label;
+    CommaLocale locale;
+};
+
+void PrintTo(const LocaleRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+const auto LOCALE_ROWS = testing::Values(LocaleRow{"PointLocale", CommaLocale::None},
+                                         LocaleRow{"QtAndStdComma", CommaLocale::QtAndStd},
+                                         LocaleRow{"CLibraryComma", CommaLocale::CLibrary});
+
+std::string LocaleLabel(const testing::TestParamInfo<LocaleRow>& info)
+{
+    return info.param.label;
+}
+
+std::string RectText(const QRect& rect)
+{
+    return QStringLiteral("%1,%2,%3,%4")
+        .arg(rect.x())
+        .arg(rect.y())
+        .arg(rect.width())
+        .arg(rect.height())
+        .toStdString();
+}
+
+// --- The screens ------------------------------------------------------------------------------
+
+class MonitorsScreensTest : public testing::TestWithParam<LocaleRow>
+{
+};
+
+TEST_P(MonitorsScreensTest, DescribesEveryScreenInListOrder)
+{
+    const QString expected = qEnvironmentVariableIsSet("KT_EXPECTED_SCREENS")
+                                 ? qEnvironmentVariable("KT_EXPECTED_SCREENS")
+                                 : QStringLiteral("0,0,800,600@100.000000@100.000000@0,0,800,600");
+    const QStringList screens = expected.split(QLatin1Char('|'));
+
+    Params wanted{{"MONITORS_COUNT", std::to_string(screens.size())}, {"PRIMARY_MONITOR", "1"}};
+    std::vector<std::string> scaledRects;
+    for (int i = 0; i < screens.size(); ++i)
+    {
+        const QStringList fields = screens[i].split(QLatin1Char('@'));
+        ASSERT_EQ(fields.size(), 4) << screens[i].toStdString();
+        const std::string prefix = "MONITOR" + std::to_string(i + 1);
+        wanted[prefix + "_RECT"] = fields[0].toStdString();
+        wanted[prefix + "_PHYSICAL_DPI"] = fields[1].toStdString();
+        wanted[prefix + "_LOGICAL_DPI"] = fields[2].toStdString();
+        scaledRects.push_back(fields[3].toStdString());
+    }
+
+    // The toolkit's own view of the screens, to show what the filler had to map.
+    std::vector<std::string> toolkitRects;
+    for (QScreen* screen : QGuiApplication::screens())
+    {
+        toolkitRects.push_back(RectText(screen->geometry()));
+    }
+    EXPECT_EQ(toolkitRects, scaledRects);
+
+    const LocaleScope locale(GetParam().locale);
+    if (const auto why = locale.Skip())
+    {
+        GTEST_SKIP() << *why;
+    }
+    MonitorsConfigFiller filler;
+    Params params{{"MONITOR9_RECT", "kept"}, {"MONITORS_COUNT", "stale"}};
+    filler.Fill(params);
+    wanted["MONITOR9_RECT"] = "kept";
+    EXPECT_EQ(params, wanted);
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, MonitorsScreensTest, LOCALE_ROWS, LocaleLabel);
+
+// --- The dpi text -----------------------------------------------------------------------------
+
+class MonitorsDpiTextTest : public testing::TestWithParam<LocaleRow>
+{
+};
+
+TEST_P(MonitorsDpiTextTest, SixDecimalsWithAPoint)
+{
+    const LocaleScope locale(GetParam().locale);
+    if (const auto why = locale.Skip())
+    {
+        GTEST_SKIP() << *why;
+    }
+    const std::vector<std::pair<double, std::string>> cases{
+        {96.0, "96.000000"}, {95.958042, "95.958042"},
+        {0.5, "0.500000"},   {1234567.25, "1234567.250000"},
+        {0.0, "0.000000"},   {143.9999996, "144.000000"}};
+    for (const auto& [dpi, text] : cases)
+    {
+        EXPECT_EQ(MonitorsConfigFiller::FormatDpi(dpi), text) << dpi;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, MonitorsDpiTextTest, LOCALE_ROWS, LocaleLabel);
+
+}  // namespace
