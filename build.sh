@@ -62,7 +62,10 @@ export LSAN_OPTIONS="${LSAN_OPTIONS:-suppressions=$PWD/.ci/lsan.supp:print_suppr
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
 export TSAN_OPTIONS="${TSAN_OPTIONS:-suppressions=$PWD/.ci/tsan.supp:halt_on_error=1:second_deadlock_stack=1}"
 
-cmake -S . -B "$build_dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKT_TRACKING_SANITIZE="$sanitize" >/dev/null
+configure_args=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DKT_TRACKING_SANITIZE="$sanitize")
+# Sanitizer builds exist to run tests: no benchmarks or examples there.
+[ -n "$sanitize" ] && configure_args+=(-DKT_TRACKING_BUILD_BENCH=OFF -DKT_TRACKING_BUILD_EXAMPLES=OFF)
+cmake -S . -B "$build_dir" "${configure_args[@]}" >/dev/null
 cmake --build "$build_dir" -j "$jobs"
 
 # ThreadSanitizer needs a memory layout that high address-space randomisation breaks.
