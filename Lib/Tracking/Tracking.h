@@ -14,6 +14,7 @@
 #include "Tracking/ForwardKtTracker.h"
 
 #include "Tracking/LambdaQt4WithStringParameter.h"
+#include "Tracking/InstancesHandler.h"
 #include "Tracking/QtEventHandler.h"
 
 #include "Tracking/ConfigLoader.h"
