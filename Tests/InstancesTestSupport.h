@@ -9,9 +9,26 @@
 
 #include <memory>
 #include <mutex>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
+
+namespace Velkor::KT::Tracking
+{
+
+// Found by argument-dependent lookup, so failed comparisons show the events.
+inline void PrintTo(const Event& event, std::ostream* out)
+{
+    *out << event.name << " {";
+    for (const auto& [key, value] : event.params)
+    {
+        *out << " " << key << "=\"" << value << "\"";
+    }
+    *out << " }";
+}
+
+}  // namespace Velkor::KT::Tracking
 
 namespace InstancesTest
 {
