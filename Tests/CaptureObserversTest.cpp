@@ -100,8 +100,7 @@ void PrintTo(const NotificationRow& row, std::ostream* out)
     *out << row.label;
 }
 
-class NotificationTest : public CaptureFixture,
-                         public testing::WithParamInterface<NotificationRow>
+class NotificationTest : public CaptureFixture, public testing::WithParamInterface<NotificationRow>
 {
 };
 
@@ -118,12 +117,12 @@ INSTANTIATE_TEST_SUITE_P(
         NotificationRow{"InternalPause", [](KT::CaptureInfo& c) { c.Pause(1); }, {}},
         NotificationRow{"NegativePauseFlag", [](KT::CaptureInfo& c) { c.Pause(-1); }, {}},
         NotificationRow{"Resume", [](KT::CaptureInfo& c) { c.Resume(); }, {"CAPTURE_RESUME"}},
-        NotificationRow{"StopFinished", [](KT::CaptureInfo& c) { c.Stop(0, {}, {}); },
-                        {"CAPTURE_STOP"}},
-        NotificationRow{"StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); },
-                        {"CAPTURE_CANCEL"}},
-        NotificationRow{"StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); },
-                        {"CAPTURE_STOP"}},
+        NotificationRow{
+            "StopFinished", [](KT::CaptureInfo& c) { c.Stop(0, {}, {}); }, {"CAPTURE_STOP"}},
+        NotificationRow{
+            "StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); }, {"CAPTURE_CANCEL"}},
+        NotificationRow{
+            "StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); }, {"CAPTURE_STOP"}},
         NotificationRow{"Error", [](KT::CaptureInfo& c) { c.Fail(); }, {"CAPTURE_STOP"}}),
     [](const testing::TestParamInfo<NotificationRow>& info) { return info.param.label; });
 
@@ -159,14 +158,14 @@ TEST_P(RecordingTypeTest, ComputedAtStartAndKept)
 
 INSTANTIATE_TEST_SUITE_P(
     Starts, RecordingTypeTest,
-    testing::Values(
-        RecordingTypeRow{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAPTURING"},
-        RecordingTypeRow{"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
-        RecordingTypeRow{"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
-        RecordingTypeRow{"CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
-        RecordingTypeRow{"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
-        RecordingTypeRow{"NothingCaptured", QRect(), {}, "UNKNOWN"},
-        RecordingTypeRow{"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}),
+    testing::Values(RecordingTypeRow{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAPTURING"},
+                    RecordingTypeRow{"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
+                    RecordingTypeRow{"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
+                    RecordingTypeRow{
+                        "CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
+                    RecordingTypeRow{"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
+                    RecordingTypeRow{"NothingCaptured", QRect(), {}, "UNKNOWN"},
+                    RecordingTypeRow{"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}),
     [](const testing::TestParamInfo<RecordingTypeRow>& info) { return info.param.label; });
 
 KT::CaptureSettings SampleSettings()
@@ -278,7 +277,9 @@ TEST_P(StopSourcesTest, DescribesAudioOnly)
 
 INSTANTIATE_TEST_SUITE_P(
     Sources, StopSourcesTest,
-    testing::Values(SourcesRow{"TwoAudio", {kScreen, kMicrophone, kSystem}, "MICROPHONE_SYSTEM_",
+    testing::Values(SourcesRow{"TwoAudio",
+                               {kScreen, kMicrophone, kSystem},
+                               "MICROPHONE_SYSTEM_",
                                "MICROPHONE_SYSTEM"},
                     SourcesRow{"VideoOnly", {kScreen, kCamera}, "NONE", ""},
                     SourcesRow{"NoSources", {}, "NONE", ""},
@@ -359,8 +360,8 @@ TEST_P(ConversionResultTest, StopCarriesResultText)
 INSTANTIATE_TEST_SUITE_P(Results, ConversionResultTest,
                          testing::Values(ResultRow{0, "SUCCESS"}, ResultRow{1, "CANCELED"},
                                          ResultRow{2, "INVALID_DIR"},
-                                         ResultRow{3, "PROCESSING_ERROR"},
-                                         ResultRow{4, "UNKNOWN"}, ResultRow{-1, "UNKNOWN"}));
+                                         ResultRow{3, "PROCESSING_ERROR"}, ResultRow{4, "UNKNOWN"},
+                                         ResultRow{-1, "UNKNOWN"}));
 
 TEST(ConverterObserverTest, OutputPathUnderItsConfiguredKey)
 {

@@ -117,8 +117,8 @@ TEST_F(InstancesHandlerTest, ConfigurationChangeDoesNotReachExistingObservers)
     registry.Register<KT::IScheduler>(&early);
     auto handler = MakeHandler(kSchedulerSection);
     handler->AttachInstances();
-    handler->SetConfig(InstancesTest::InstancesFromText(
-        R"(<IScheduler><start event="RENAMED"/></IScheduler>)"));
+    handler->SetConfig(
+        InstancesTest::InstancesFromText(R"(<IScheduler><start event="RENAMED"/></IScheduler>)"));
     KT::Scheduler late;
     registry.Register<KT::IScheduler>(&late);
     early.StartScheduledCapture();
@@ -259,10 +259,10 @@ INSTANTIATE_TEST_SUITE_P(
                 [](InstanceRegistry&)
                 {
                     // Files itself in the registry while it lives.
-                    auto publisher = std::make_shared<Module::Editing::VECommunicationEventPublisher>();
+                    auto publisher =
+                        std::make_shared<Module::Editing::VECommunicationEventPublisher>();
                     return std::make_shared<std::function<void()>>(
-                        [publisher]
-                        {
+                        [publisher] {
                             publisher->Publish(
                                 &Module::Editing::IVECommunicationObserver::OnExportRequested);
                         });
@@ -272,8 +272,7 @@ INSTANTIATE_TEST_SUITE_P(
         SettingsRow<KT::CaptureCursorSettings>("Cursor", "volumeClick", {4}, true),
         SettingsRow<KT::CaptureStreamingSettings>("Streaming", "serverName", {QString("eu")},
                                                   false),
-        SettingsRow<KT::CaptureFinishActionSettings>("FinishAction", "finishAction", {2},
-                                                     false)),
+        SettingsRow<KT::CaptureFinishActionSettings>("FinishAction", "finishAction", {2}, false)),
     [](const testing::TestParamInfo<LateRow>& info) { return info.param.label; });
 
 TEST_F(InstancesHandlerTest, SharingIsObservedThroughItsSignal)

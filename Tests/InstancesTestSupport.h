@@ -74,16 +74,16 @@ private:
 inline Velkor::KT::Tracking::Config::Instances InstancesFromText(const std::string& instances)
 {
     std::istringstream input("<ktmstat><instances>" + instances + "</instances></ktmstat>");
-    const auto document = Velkor::KT::Tracking::Config::ktmstat(
-        input, ::xml_schema::flags::dont_validate);
+    const auto document =
+        Velkor::KT::Tracking::Config::ktmstat(input, ::xml_schema::flags::dont_validate);
     return *document->instances();
 }
 
 inline Velkor::KT::Tracking::Config::Instances ShippedInstances()
 {
     std::istringstream input(Velkor::KT::Tracking::LoadConfigFromQrc("/KT/Tracking/Config.xml"));
-    const auto document = Velkor::KT::Tracking::Config::ktmstat(
-        input, ::xml_schema::flags::dont_validate);
+    const auto document =
+        Velkor::KT::Tracking::Config::ktmstat(input, ::xml_schema::flags::dont_validate);
     return *document->instances();
 }
 

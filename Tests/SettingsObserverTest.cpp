@@ -41,16 +41,16 @@ void PrintTo(const SettingsRow& row, std::ostream* out)
 template <class Settings>
 SettingsRow Row(const char* label, const char* field, QVariantList value, Event::Params expected)
 {
-    return SettingsRow{label,
-                       [](InstanceRegistry& registry,
-                          const std::function<void(KT::ObservableSettings&)>& use)
-                       {
-                           Settings settings;
-                           registry.Register<Settings>(&settings);
-                           use(settings);
-                           registry.Unregister<Settings>(&settings);
-                       },
-                       field, std::move(value), std::move(expected)};
+    return SettingsRow{
+        label,
+        [](InstanceRegistry& registry, const std::function<void(KT::ObservableSettings&)>& use)
+        {
+            Settings settings;
+            registry.Register<Settings>(&settings);
+            use(settings);
+            registry.Unregister<Settings>(&settings);
+        },
+        field, std::move(value), std::move(expected)};
 }
 
 class SettingsObserverTest : public testing::TestWithParam<SettingsRow>
@@ -162,8 +162,7 @@ TEST(SettingsObserverSingleTest, UnconfiguredFieldIsIgnored)
     handler.AttachInstances();
     hotkeys.Set("startStop", {QString("F1")});
     hotkeys.Set("pauseResume", {QString("F2")});
-    EXPECT_EQ(tracker->Events(),
-              (std::vector<Event>{{"PREF_CHANGE", {{"K", "F2"}, {"P", "1"}}}}));
+    EXPECT_EQ(tracker->Events(), (std::vector<Event>{{"PREF_CHANGE", {{"K", "F2"}, {"P", "1"}}}}));
     registry.Unregister(&hotkeys);
 }
 

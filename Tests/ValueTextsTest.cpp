@@ -50,8 +50,8 @@ INSTANTIATE_TEST_SUITE_P(
     Tables, NumberedTableTest,
     testing::Values(
         NumberedRow{"TriState", TriStateText, {"NO", "YES"}, "UNKNOWN"},
-        NumberedRow{"Codec", CodecText, {"CODEC_ID_H264", "CODEC_ID_MJPEG", "CODEC_ID_VP8"},
-                    "UNKNOWN"},
+        NumberedRow{
+            "Codec", CodecText, {"CODEC_ID_H264", "CODEC_ID_MJPEG", "CODEC_ID_VP8"}, "UNKNOWN"},
         NumberedRow{"AudioQuality",
                     AudioQualityText,
                     {"11 kHz, mono, 16-bit", "11 kHz, stereo, 16-bit", "22.05 kHz, mono, 16-bit",
@@ -71,25 +71,28 @@ INSTANTIATE_TEST_SUITE_P(
         NumberedRow{"CaptureType", CaptureTypeText, {"RECORDING", "STREAMING"}, "UNKNOWN"},
         NumberedRow{"CaptureMethod", CaptureMethodText, {"DEFAULT", "DIRECTX", "GDI"}, "UNKNOWN"},
         NumberedRow{"CaptureMode", CaptureModeText, {"GAME", "DESKTOP"}, "UNKNOWN"},
-        NumberedRow{"FrameScale", FrameScaleText, {"FULL_SIZE", "1/2_SIZE", "1/4_SIZE"},
-                    "UNKNOWN"},
+        NumberedRow{"FrameScale", FrameScaleText, {"FULL_SIZE", "1/2_SIZE", "1/4_SIZE"}, "UNKNOWN"},
         NumberedRow{"PipShape", PipShapeText, {"ORIGINAL", "ROUNDED_RECT", "CIRCLE"}, "UNKNOWN"},
         NumberedRow{"OverlayPositionFallsBackToNone",
                     OverlayPositionText,
                     {"UPPER_LEFT", "UPPER_RIGHT", "LOWER_LEFT", "LOWER_RIGHT"},
                     "NONE"},
-        NumberedRow{"PipPositionOwnCornerOrder",
-                    PipPositionText,
-                    {"UPPER_RIGHT", "LOWER_RIGHT", "LOWER_LEFT", "UPPER_LEFT", "TOP", "BOTTOM",
-                     "CENTER"},
-                    "UNKNOWN"},
-        NumberedRow{"DrawingTypeFallsBackToNone", DrawingTypeText,
-                    {"TexturesInAllGames", "Backbuffer"}, "NONE"},
+        NumberedRow{
+            "PipPositionOwnCornerOrder",
+            PipPositionText,
+            {"UPPER_RIGHT", "LOWER_RIGHT", "LOWER_LEFT", "UPPER_LEFT", "TOP", "BOTTOM", "CENTER"},
+            "UNKNOWN"},
+        NumberedRow{"DrawingTypeFallsBackToNone",
+                    DrawingTypeText,
+                    {"TexturesInAllGames", "Backbuffer"},
+                    "NONE"},
         NumberedRow{"Keystrokes", KeystrokesText, {"NO", "ALL", "HOT"}, "UNKNOWN"},
-        NumberedRow{"FinishActionKeepsShotdown", FinishActionText,
-                    {"NOTHING", "SLEEP", "SHOTDOWN"}, "UNKNOWN"},
-        NumberedRow{"ScreenshotDestination", ScreenshotDestinationText, {"DISK", "CLIPBOARD"},
+        NumberedRow{"FinishActionKeepsShotdown",
+                    FinishActionText,
+                    {"NOTHING", "SLEEP", "SHOTDOWN"},
                     "UNKNOWN"},
+        NumberedRow{
+            "ScreenshotDestination", ScreenshotDestinationText, {"DISK", "CLIPBOARD"}, "UNKNOWN"},
         NumberedRow{"ConversionResult",
                     ConversionResultText,
                     {"SUCCESS", "CANCELED", "INVALID_DIR", "PROCESSING_ERROR"},
@@ -98,7 +101,9 @@ INSTANTIATE_TEST_SUITE_P(
                     SharingTargetText,
                     {"VELKOR_CLOUD", "WHATSAPP", "TELEGRAM", "MAILTO", "YOUTUBE", "GOOGLE_DRIVE"},
                     "UNKNOWN"},
-        NumberedRow{"SlideAction", SlideActionText, {"CLOSE", "NEXT", "BACK", "REPEAT", "FINISH"},
+        NumberedRow{"SlideAction",
+                    SlideActionText,
+                    {"CLOSE", "NEXT", "BACK", "REPEAT", "FINISH"},
                     "UNKNOWN"}),
     [](const testing::TestParamInfo<NumberedRow>& info) { return info.param.label; });
 
@@ -140,29 +145,28 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<TextRow>& info) { return info.param.label; });
 
 // One element: its truth; none or several: "YES" whatever they hold.
-INSTANTIATE_TEST_SUITE_P(
-    Flags, TextTest,
-    testing::Values(TextRow{"OneTrue", FlagText({true}), "YES"},
-                    TextRow{"OneFalse", FlagText({false}), "NO"},
-                    TextRow{"OneZeroInt", FlagText({0}), "NO"},
-                    TextRow{"OneNonZeroInt", FlagText({7}), "YES"},
-                    TextRow{"Empty", FlagText({}), "YES"},
-                    TextRow{"TwoFalse", FlagText({false, false}), "YES"},
-                    TextRow{"ThreeZeros", FlagText({0, 0, 0}), "YES"},
-                    TextRow{"BoolTrue", BoolText(true), "YES"},
-                    TextRow{"BoolFalse", BoolText(false), "NO"}),
-    [](const testing::TestParamInfo<TextRow>& info) { return info.param.label; });
+INSTANTIATE_TEST_SUITE_P(Flags, TextTest,
+                         testing::Values(TextRow{"OneTrue", FlagText({true}), "YES"},
+                                         TextRow{"OneFalse", FlagText({false}), "NO"},
+                                         TextRow{"OneZeroInt", FlagText({0}), "NO"},
+                                         TextRow{"OneNonZeroInt", FlagText({7}), "YES"},
+                                         TextRow{"Empty", FlagText({}), "YES"},
+                                         TextRow{"TwoFalse", FlagText({false, false}), "YES"},
+                                         TextRow{"ThreeZeros", FlagText({0, 0, 0}), "YES"},
+                                         TextRow{"BoolTrue", BoolText(true), "YES"},
+                                         TextRow{"BoolFalse", BoolText(false), "NO"}),
+                         [](const testing::TestParamInfo<TextRow>& info)
+                         { return info.param.label; });
 
 INSTANTIATE_TEST_SUITE_P(
     Geometry, TextTest,
-    testing::Values(TextRow{"FullScreen", RectText(QRect(0, 0, 1920, 1080)), "0,0:1920x1080"},
-                    TextRow{"SecondMonitor", RectText(QRect(1920, 40, 800, 600)),
-                            "1920,40:800x600"},
-                    TextRow{"NegativeOrigin", RectText(QRect(-1280, -8, 1280, 1024)),
-                            "-1280,-8:1280x1024"},
-                    TextRow{"EmptyRect", RectText(QRect()), "0,0:0x0"},
-                    TextRow{"Size", SizeText(QSize(1280, 720)), "1280x720"},
-                    TextRow{"EmptySize", SizeText(QSize(0, 0)), "0x0"}),
+    testing::Values(
+        TextRow{"FullScreen", RectText(QRect(0, 0, 1920, 1080)), "0,0:1920x1080"},
+        TextRow{"SecondMonitor", RectText(QRect(1920, 40, 800, 600)), "1920,40:800x600"},
+        TextRow{"NegativeOrigin", RectText(QRect(-1280, -8, 1280, 1024)), "-1280,-8:1280x1024"},
+        TextRow{"EmptyRect", RectText(QRect()), "0,0:0x0"},
+        TextRow{"Size", SizeText(QSize(1280, 720)), "1280x720"},
+        TextRow{"EmptySize", SizeText(QSize(0, 0)), "0x0"}),
     [](const testing::TestParamInfo<TextRow>& info) { return info.param.label; });
 
 }  // namespace

@@ -26,8 +26,8 @@ void RemovePrefix(std::string& name, const std::string& prefix)
     std::string::size_type at = 0;
     while ((at = name.find(prefix, at)) != std::string::npos)
     {
-        const bool wordStart = at == 0 || name[at - 1] == '<' || name[at - 1] == ' ' ||
-                               name[at - 1] == ',';
+        const bool wordStart =
+            at == 0 || name[at - 1] == '<' || name[at - 1] == ' ' || name[at - 1] == ',';
         if (wordStart)
         {
             name.erase(at, prefix.size());

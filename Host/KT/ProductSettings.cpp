@@ -4,8 +4,8 @@ namespace Velkor::KT
 {
 
 ProductSettings::ProductSettings()
-    : ObservableSettings({"autoUpdateEnabled", "statisticsEnabled", "autoStartEnabled",
-                          "currentLocale"})
+    : ObservableSettings(
+          {"autoUpdateEnabled", "statisticsEnabled", "autoStartEnabled", "currentLocale"})
 {
     Initialize("autoUpdateEnabled", {true});
     Initialize("statisticsEnabled", {false});

@@ -12,10 +12,10 @@
 namespace Velkor::KT
 {
 
-#define KT_SETTINGS_KIND(Name, ...)                                 \
-    class Name : public ObservableSettings                          \
-    {                                                               \
-    public:                                                         \
+#define KT_SETTINGS_KIND(Name, ...)                                           \
+    class Name : public ObservableSettings                                    \
+    {                                                                         \
+    public:                                                                   \
         Name() : ObservableSettings(std::vector<std::string>{__VA_ARGS__}) {} \
     };
 

@@ -26,8 +26,8 @@ public:
             if (!section.hostType.empty())
             {
                 const auto run = section.run;
-                dispatch.emplace(section.hostType, [this, run](const ParseContext& context)
-                                 { Run(run, context); });
+                dispatch.emplace(section.hostType,
+                                 [this, run](const ParseContext& context) { Run(run, context); });
             }
         }
         if (auto* registry = KT::InstanceRegistry::Instance())
@@ -47,7 +47,8 @@ public:
 
     ParseContext Context()
     {
-        return ParseContext{tracker.get(), KT::InstanceRegistry::Instance(), &holder, &accelerators};
+        return ParseContext{tracker.get(), KT::InstanceRegistry::Instance(), &holder,
+                            &accelerators};
     }
 
     void Run(void (*run)(const Config::Instances&, const ParseContext&),

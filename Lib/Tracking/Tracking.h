@@ -13,8 +13,8 @@
 #include "Tracking/DebugKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 
-#include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/InstancesHandler.h"
+#include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"
 
 #include "Tracking/ConfigLoader.h"

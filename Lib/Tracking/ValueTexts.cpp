@@ -53,11 +53,11 @@ std::string CodecText(int value)
 
 std::string AudioQualityText(int value)
 {
-    return Numbered(value, {"11 kHz, mono, 16-bit", "11 kHz, stereo, 16-bit",
-                            "22.05 kHz, mono, 16-bit", "22.05 kHz, stereo, 16-bit",
-                            "44.1 kHz, mono, 16-bit", "44.1 kHz, stereo, 16-bit",
-                            "48 kHz, mono, 16-bit", "48 kHz, stereo, 16-bit",
-                            "96 kHz, mono, 16-bit", "96 kHz, stereo, 16-bit"});
+    return Numbered(
+        value, {"11 kHz, mono, 16-bit", "11 kHz, stereo, 16-bit", "22.05 kHz, mono, 16-bit",
+                "22.05 kHz, stereo, 16-bit", "44.1 kHz, mono, 16-bit", "44.1 kHz, stereo, 16-bit",
+                "48 kHz, mono, 16-bit", "48 kHz, stereo, 16-bit", "96 kHz, mono, 16-bit",
+                "96 kHz, stereo, 16-bit"});
 }
 
 std::string DeviceTypeText(int value)

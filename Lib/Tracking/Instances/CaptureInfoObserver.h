@@ -31,8 +31,7 @@ class CaptureInfoObserver : public AttachedObserver<KT::ICaptureInfo, KT::ICaptu
 {
 public:
     CaptureInfoObserver(KT::ICaptureInfo* service, IKtTracker* tracker,
-                        const Config::ICaptureInfo& section,
-                        AcceleratorProperties accelerators);
+                        const Config::ICaptureInfo& section, AcceleratorProperties accelerators);
 
     void OnCaptureStarted(const QRect& area, const KT::CaptureSettings& settings,
                           const std::vector<KT::CaptureSource>& sources,

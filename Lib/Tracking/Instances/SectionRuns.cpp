@@ -66,15 +66,21 @@ void RunSettings(const ::xsd::cxx::tree::optional<Section>& section, const Parse
     {
         return;
     }
-    AttachToAll<Host>(context, [&](Host* host)
-                      { return std::make_unique<SettingsObserver>(host, context.tracker, callbacks); });
+    AttachToAll<Host>(
+        context, [&](Host* host)
+        { return std::make_unique<SettingsObserver>(host, context.tracker, callbacks); });
 }
 
-#define KT_FIELD(Section, name, converter)                                          \
-    Field<Config::Section>                                                          \
-    {                                                                               \
-        #name, [=](const Config::Section& s) { return IfPresent(s.name(), OneValueWith(converter)); } \
-    }
+template <class Section, class Get>
+Field<Section> MakeField(const char* name, Get get, Converter convert)
+{
+    return {name, [get, convert](const Section& section)
+            { return IfPresent(get(section), OneValueWith(convert)); }};
+}
+
+#define KT_FIELD(Section, name, converter) \
+    MakeField<Config::Section>(            \
+        #name, [](const Config::Section& s) -> decltype(auto) { return s.name(); }, converter)
 
 const Converter kText = Convert::Text;
 const Converter kDecimal = Convert::Decimal;
@@ -84,7 +90,8 @@ const Converter kSize = Convert::Size;
 void RunScheduler(const Sections& config, const ParseContext& context)
 {
     RunService<KT::IScheduler>(
-        config.IScheduler(), context, [](const Config::IScheduler& s) { return static_cast<bool>(s.start()); },
+        config.IScheduler(), context,
+        [](const Config::IScheduler& s) { return static_cast<bool>(s.start()); },
         [&](KT::IScheduler* host, const Config::IScheduler& section)
         { return std::make_unique<SchedulerObserver>(host, context.tracker, section); });
 }
@@ -93,8 +100,9 @@ void RunDurationLimiter(const Sections& config, const ParseContext& context)
 {
     RunService<KT::IDurationLimiter>(
         config.IDurationLimiter(), context,
-        [](const Config::IDurationLimiter& s)
-        { return s.beforeUserStop() || s.beforeScheduleStop() || s.userStop() || s.scheduleStop(); },
+        [](const Config::IDurationLimiter& s) {
+            return s.beforeUserStop() || s.beforeScheduleStop() || s.userStop() || s.scheduleStop();
+        },
         [&](KT::IDurationLimiter* host, const Config::IDurationLimiter& section)
         { return std::make_unique<DurationLimiterObserver>(host, context.tracker, section); });
 }
@@ -202,9 +210,9 @@ void RunHotkeys(const Sections& config, const ParseContext& context)
          KT_FIELD(HotkeySettings, showHideOverlays, kText),
          Field<Config::HotkeySettings>{"fastPreset", [](const Config::HotkeySettings& s)
                                        {
-                                           return IfPresent(s.fastPreset(),
-                                                            [](const Config::TwoValueEvent& e)
-                                                            { return TwoValueCallback(e, kText, kText); });
+                                           return IfPresent(
+                                               s.fastPreset(), [](const Config::TwoValueEvent& e)
+                                               { return TwoValueCallback(e, kText, kText); });
                                        }}});
 }
 
@@ -212,16 +220,15 @@ void RunOverlays(const Sections& config, const ParseContext& context)
 {
     const Converter position = Convert::Enum(OverlayPositionText);
     const Converter drawing = Convert::Enum(DrawingTypeText);
-    RunSettings<KT::OverlaySettings>(
-        config.OverlaySettings(), context,
-        {KT_FIELD(OverlaySettings, fpsOverlayEnabled, kFlag),
-         KT_FIELD(OverlaySettings, recordingTimeOverlayEnabled, kFlag),
-         KT_FIELD(OverlaySettings, freeDiskSpaceOverlayEnabled, kFlag),
-         KT_FIELD(OverlaySettings, projectSizeOverlayEnabled, kFlag),
-         KT_FIELD(OverlaySettings, gapiOverlayEnabled, kFlag),
-         KT_FIELD(OverlaySettings, overlayPosition, position),
-         KT_FIELD(OverlaySettings, drawingType, drawing),
-         KT_FIELD(OverlaySettings, shortcutsOverlayEnabled, kFlag)});
+    RunSettings<KT::OverlaySettings>(config.OverlaySettings(), context,
+                                     {KT_FIELD(OverlaySettings, fpsOverlayEnabled, kFlag),
+                                      KT_FIELD(OverlaySettings, recordingTimeOverlayEnabled, kFlag),
+                                      KT_FIELD(OverlaySettings, freeDiskSpaceOverlayEnabled, kFlag),
+                                      KT_FIELD(OverlaySettings, projectSizeOverlayEnabled, kFlag),
+                                      KT_FIELD(OverlaySettings, gapiOverlayEnabled, kFlag),
+                                      KT_FIELD(OverlaySettings, overlayPosition, position),
+                                      KT_FIELD(OverlaySettings, drawingType, drawing),
+                                      KT_FIELD(OverlaySettings, shortcutsOverlayEnabled, kFlag)});
 }
 
 void RunProduct(const Sections& config, const ParseContext& context)
@@ -285,9 +292,9 @@ void RunVideo(const Sections& config, const ParseContext& context)
         {KT_FIELD(IVideoSettings, codec, codec), KT_FIELD(IVideoSettings, frameRate, kDecimal),
          KT_FIELD(IVideoSettings, frameSize, scale),
          KT_FIELD(IVideoSettings, captureMethod, method),
-         Field<Config::IVideoSettings>{"codecSettings",
-                                       [](const Config::IVideoSettings& s)
-                                       { return IfPresent(s.codecSettings(), CodecSettingsCallback); }},
+         Field<Config::IVideoSettings>{
+             "codecSettings", [](const Config::IVideoSettings& s)
+             { return IfPresent(s.codecSettings(), CodecSettingsCallback); }},
          KT_FIELD(IVideoSettings, textureSharingEnabled, kFlag)});
 }
 
@@ -376,8 +383,7 @@ void RunSelector(const Sections& config, const ParseContext& context)
 {
     using Selector = KT::Service::AreaSelector::ISelector;
     RunService<Selector>(
-        config.ISelector(), context,
-        [](const Config::ISelector& s) { return !!s.areaSelected(); },
+        config.ISelector(), context, [](const Config::ISelector& s) { return !!s.areaSelected(); },
         [&](Selector* host, const Config::ISelector& section)
         { return std::make_unique<SelectorObserver>(host, context.tracker, section); });
 }

@@ -150,13 +150,12 @@ private:
     const ValueCallback m_onCreateDirectories;
 };
 
-class PaintingObserver
-    : public AttachedObserver<KT::Service::ScreenPainting::IPaintingController,
-                              KT::Service::ScreenPainting::IPaintingObserver>
+class PaintingObserver : public AttachedObserver<KT::Service::ScreenPainting::IPaintingController,
+                                                 KT::Service::ScreenPainting::IPaintingObserver>
 {
 public:
-    PaintingObserver(KT::Service::ScreenPainting::IPaintingController* service,
-                     IKtTracker* tracker, const Config::IPaintingController& c)
+    PaintingObserver(KT::Service::ScreenPainting::IPaintingController* service, IKtTracker* tracker,
+                     const Config::IPaintingController& c)
         : AttachedObserver(service, tracker),
           m_shapeAdded(IfPresent(c.shapeAdded(), OneValueWith(Convert::Text))),
           m_shapeRemoved(IfPresent(c.shapeRemoved(), OneValueWith(Convert::Text)))
@@ -224,7 +223,8 @@ private:
 using VECommunicationPublisher = Velkor::Module::Editing::VECommunicationEventPublisher;
 
 class VECommunicationObserver
-    : public AttachedObserver<VECommunicationPublisher, Velkor::Module::Editing::IVECommunicationObserver>
+    : public AttachedObserver<VECommunicationPublisher,
+                              Velkor::Module::Editing::IVECommunicationObserver>
 {
 public:
     VECommunicationObserver(VECommunicationPublisher* service, IKtTracker* tracker,

@@ -25,9 +25,9 @@ SharingObserver::~SharingObserver() = default;
 void SharingObserver::Attach()
 {
     m_receiver = std::make_unique<QObject>();
-    QObject::connect(m_manager, &KT::Service::Sharing::AbstractSharingManager::SharingFinished,
-                     m_receiver.get(), [this](const App::ioPath& file, bool success)
-                     { OnSharingFinished(file, success); });
+    QObject::connect(
+        m_manager, &KT::Service::Sharing::AbstractSharingManager::SharingFinished, m_receiver.get(),
+        [this](const App::ioPath& file, bool success) { OnSharingFinished(file, success); });
 }
 
 void SharingObserver::Detach()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Tracking/Event.h"
 #include "Tracking/Config/KtmStat.hxx"
+#include "Tracking/Event.h"
 
 #include <QVariantList>
 
