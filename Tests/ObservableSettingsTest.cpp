@@ -103,13 +103,4 @@ INSTANTIATE_TEST_SUITE_P(
                    "currentLocale=de_DE"}),
     [](const testing::TestParamInfo<ProductRow>& info) { return info.param.label; });
 
-TEST(ProductSettingsTest, DefaultsAreToldToNobody)
-{
-    ProductSettings settings;
-    EXPECT_TRUE(settings.IsAutoUpdateEnabled());
-    EXPECT_FALSE(settings.IsAllowSendStatistics());
-    EXPECT_FALSE(settings.IsAutoStartEnabled());
-    EXPECT_EQ(settings.GetCurrentLocale(), "");
-}
-
 }  // namespace
