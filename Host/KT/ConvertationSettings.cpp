@@ -1,51 +1,48 @@
 #include "KT/ConvertationSettings.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace Velkor::KT
 {
 
-class ConvertationSettings::Private
+ConvertationSettings::ConvertationSettings()
+    : ObservableSettings({"hyperPassEnabled", "deleteProject", "screenshotQuality"})
 {
-public:
-    std::atomic<bool> hyperPassEnabled{false};
-    std::atomic<bool> deleteProject{false};
-    std::atomic<int> screenshotQuality{90};
-};
-
-ConvertationSettings::ConvertationSettings() : d(std::make_unique<Private>()) {}
+    Initialize("hyperPassEnabled", {false});
+    Initialize("deleteProject", {false});
+    Initialize("screenshotQuality", {90});
+}
 
 ConvertationSettings::~ConvertationSettings() = default;
 
 bool ConvertationSettings::IsHyperPassEnabled() const
 {
-    return d->hyperPassEnabled.load();
+    return Get("hyperPassEnabled").value(0).toBool();
 }
 
 void ConvertationSettings::SetHyperPassEnabled(bool enabled)
 {
-    d->hyperPassEnabled.store(enabled);
+    Set("hyperPassEnabled", {enabled});
 }
 
 bool ConvertationSettings::IsDeleteProject() const
 {
-    return d->deleteProject.load();
+    return Get("deleteProject").value(0).toBool();
 }
 
 void ConvertationSettings::SetDeleteProject(bool enabled)
 {
-    d->deleteProject.store(enabled);
+    Set("deleteProject", {enabled});
 }
 
 int ConvertationSettings::GetScreenshotQuality() const
 {
-    return d->screenshotQuality.load();
+    return Get("screenshotQuality").value(0).toInt();
 }
 
 void ConvertationSettings::SetScreenshotQuality(int quality)
 {
-    d->screenshotQuality.store(std::clamp(quality, 1, 100));
+    Set("screenshotQuality", {std::clamp(quality, 1, 100)});
 }
 
 }  // namespace Velkor::KT

@@ -2,20 +2,21 @@
 
 #include "HostExport.h"
 
-#include <QtGlobal>
+#include "KT/ObservableSettings.h"
 
-#include <memory>
+#include <QtGlobal>
 
 namespace Velkor::KT
 {
 
 // The recorder's settings for converting a finished recording. Every getter and setter may be
-// called from any thread; a setter takes effect for every later getter call.
-class KT_HOST_EXPORT ConvertationSettings
+// called from any thread; a setter takes effect for every later getter call and tells the
+// observers (fields "hyperPassEnabled", "deleteProject": bool; "screenshotQuality": int).
+class KT_HOST_EXPORT ConvertationSettings : public ObservableSettings
 {
 public:
     ConvertationSettings();
-    ~ConvertationSettings();
+    ~ConvertationSettings() override;
 
     // Whether conversion may use the hardware-accelerated "HyperPass" path. Off by default.
     bool IsHyperPassEnabled() const;
@@ -32,8 +33,6 @@ public:
 
 private:
     Q_DISABLE_COPY(ConvertationSettings)
-    class Private;
-    std::unique_ptr<Private> const d;
 };
 
 }  // namespace Velkor::KT

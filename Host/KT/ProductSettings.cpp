@@ -1,66 +1,58 @@
 #include "KT/ProductSettings.h"
 
-#include <atomic>
-#include <mutex>
-
 namespace Velkor::KT
 {
 
-class ProductSettings::Private
+ProductSettings::ProductSettings()
+    : ObservableSettings(
+          {"autoUpdateEnabled", "statisticsEnabled", "autoStartEnabled", "currentLocale"})
 {
-public:
-    std::atomic<bool> autoUpdateEnabled{true};
-    std::atomic<bool> statisticsEnabled{false};
-    std::atomic<bool> autoStartEnabled{false};
-
-    mutable std::mutex localeMutex;
-    std::string currentLocale;
-};
-
-ProductSettings::ProductSettings() : d(std::make_unique<Private>()) {}
+    Initialize("autoUpdateEnabled", {true});
+    Initialize("statisticsEnabled", {false});
+    Initialize("autoStartEnabled", {false});
+    Initialize("currentLocale", {QString()});
+}
 
 ProductSettings::~ProductSettings() = default;
 
 bool ProductSettings::IsAutoUpdateEnabled() const
 {
-    return d->autoUpdateEnabled.load();
+    return Get("autoUpdateEnabled").value(0).toBool();
 }
 
 void ProductSettings::SetAutoUpdateEnabled(bool enabled)
 {
-    d->autoUpdateEnabled.store(enabled);
+    Set("autoUpdateEnabled", {enabled});
 }
 
 bool ProductSettings::IsAllowSendStatistics() const
 {
-    return d->statisticsEnabled.load();
+    return Get("statisticsEnabled").value(0).toBool();
 }
 
 void ProductSettings::SetAllowSendStatistics(bool allowed)
 {
-    d->statisticsEnabled.store(allowed);
+    Set("statisticsEnabled", {allowed});
 }
 
 bool ProductSettings::IsAutoStartEnabled() const
 {
-    return d->autoStartEnabled.load();
+    return Get("autoStartEnabled").value(0).toBool();
 }
 
 void ProductSettings::SetAutoStartEnabled(bool enabled)
 {
-    d->autoStartEnabled.store(enabled);
+    Set("autoStartEnabled", {enabled});
 }
 
 std::string ProductSettings::GetCurrentLocale() const
 {
-    std::lock_guard<std::mutex> lock(d->localeMutex);
-    return d->currentLocale;
+    return Get("currentLocale").value(0).toString().toStdString();
 }
 
 void ProductSettings::SetCurrentLocale(const std::string& locale)
 {
-    std::lock_guard<std::mutex> lock(d->localeMutex);
-    d->currentLocale = locale;
+    Set("currentLocale", {QString::fromStdString(locale)});
 }
 
 }  // namespace Velkor::KT

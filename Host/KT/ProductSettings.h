@@ -2,6 +2,8 @@
 
 #include "HostExport.h"
 
+#include "KT/ObservableSettings.h"
+
 #include <QtGlobal>
 
 #include <memory>
@@ -11,12 +13,13 @@ namespace Velkor::KT
 {
 
 // The recorder's product-wide settings. Every getter and setter may be called from any thread;
-// a setter takes effect for every later getter call.
-class KT_HOST_EXPORT ProductSettings
+// a setter takes effect for every later getter call and tells the observers (fields
+// "autoUpdateEnabled", "statisticsEnabled", "autoStartEnabled": bool; "currentLocale": QString).
+class KT_HOST_EXPORT ProductSettings : public ObservableSettings
 {
 public:
     ProductSettings();
-    ~ProductSettings();
+    ~ProductSettings() override;
 
     bool IsAutoUpdateEnabled() const;
     void SetAutoUpdateEnabled(bool enabled);
@@ -35,8 +38,6 @@ public:
 
 private:
     Q_DISABLE_COPY(ProductSettings)
-    class Private;
-    std::unique_ptr<Private> const d;
 };
 
 }  // namespace Velkor::KT

@@ -16,6 +16,7 @@
 #include "Tracking/ForwardKtTracker.h"
 #include "Tracking/GuiHandler.h"
 
+#include "Tracking/InstancesHandler.h"
 #include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"
 

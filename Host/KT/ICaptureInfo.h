@@ -1,0 +1,102 @@
+#pragma once
+
+#include "KT/CaptureTypes.h"
+#include "KT/ObserverList.h"
+
+#include <QRect>
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace Velkor::KT
+{
+
+// Stop reasons of a capture: 0 finished normally, 1 cancelled by the user; other values are
+// failures of the host's own numbering.
+enum CaptureStopReason : int
+{
+    kCaptureFinished = 0,
+    kCaptureCanceled = 1,
+};
+
+class ICaptureInfoObserver
+{
+public:
+    virtual ~ICaptureInfoObserver() = default;
+
+    // `area` is the captured screen area, empty for a capture without screen (camera or audio
+    // only); `sources` are the devices captured, in the order the capture uses them.
+    virtual void OnCaptureStarted(const QRect& area, const CaptureSettings& settings,
+                                  const std::vector<CaptureSource>& sources,
+                                  const Project& project) = 0;
+    // `flag` is zero for a pause asked for by the user, non-zero for an internal one.
+    virtual void OnCapturePaused(int flag) = 0;
+    virtual void OnCaptureResumed() = 0;
+    virtual void OnCaptureStopped(int reason, const Project& project,
+                                  const std::vector<CaptureSource>& sources) = 0;
+    virtual void OnCaptureError() = 0;
+};
+
+class ICaptureInfo
+{
+public:
+    virtual ~ICaptureInfo() = default;
+
+    virtual void AddObserver(ICaptureInfoObserver* observer) = 0;
+    virtual void RemoveObserver(ICaptureInfoObserver* observer) = 0;
+
+    // 0 recording to a file, 1 streaming.
+    virtual int GetCaptureType() const = 0;
+    // Length of the current capture, in microseconds.
+    virtual std::int64_t GetCaptureDuration() const = 0;
+    // The signal level of a source; zero for a silent or unknown one.
+    virtual int GetLevel(const CaptureSource& source) const = 0;
+};
+
+// Reference capture service: the recorder's capture controller calls the notifying operations
+// and keeps the getters' values up to date.
+class CaptureInfo : public ObservableService<ICaptureInfo, ICaptureInfoObserver>
+{
+public:
+    int GetCaptureType() const override { return m_captureType.load(); }
+    std::int64_t GetCaptureDuration() const override { return m_duration.load(); }
+    int GetLevel(const CaptureSource& source) const override
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        const auto found = m_levels.find(source.id);
+        return found == m_levels.end() ? 0 : found->second;
+    }
+
+    void SetCaptureType(int type) { m_captureType.store(type); }
+    void SetCaptureDuration(std::int64_t microseconds) { m_duration.store(microseconds); }
+    void SetLevel(const std::string& sourceId, int level)
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_levels[sourceId] = level;
+    }
+
+    void Start(const QRect& area, const CaptureSettings& settings,
+               const std::vector<CaptureSource>& sources, const Project& project)
+    {
+        Notify(&ICaptureInfoObserver::OnCaptureStarted, area, settings, sources, project);
+    }
+    void Pause(int flag) { Notify(&ICaptureInfoObserver::OnCapturePaused, flag); }
+    void Resume() { Notify(&ICaptureInfoObserver::OnCaptureResumed); }
+    void Stop(int reason, const Project& project, const std::vector<CaptureSource>& sources)
+    {
+        Notify(&ICaptureInfoObserver::OnCaptureStopped, reason, project, sources);
+    }
+    void Fail() { Notify(&ICaptureInfoObserver::OnCaptureError); }
+
+private:
+    std::atomic<int> m_captureType{0};
+    std::atomic<std::int64_t> m_duration{0};
+    mutable std::mutex m_mutex;
+    std::map<std::string, int> m_levels;
+};
+
+}  // namespace Velkor::KT

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "KT/ObserverList.h"
+
+#include <string>
+
+namespace Velkor::KT::Service::Tutorial
+{
+
+// Slide actions: 0 close, 1 next, 2 back, 3 repeat, 4 finish.
+class ITutorialObserver
+{
+public:
+    virtual ~ITutorialObserver() = default;
+
+    virtual void OnSlideShow(const std::string& slide) = 0;
+    virtual void OnSlideClick(int action) = 0;
+};
+
+class ITutorialManager
+{
+public:
+    virtual ~ITutorialManager() = default;
+
+    virtual void AddObserver(ITutorialObserver* observer) = 0;
+    virtual void RemoveObserver(ITutorialObserver* observer) = 0;
+};
+
+class TutorialManager : public ObservableService<ITutorialManager, ITutorialObserver>
+{
+public:
+    void ShowSlide(const std::string& slide) { Notify(&ITutorialObserver::OnSlideShow, slide); }
+    void ClickSlide(int action) { Notify(&ITutorialObserver::OnSlideClick, action); }
+};
+
+}  // namespace Velkor::KT::Service::Tutorial

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Tracking/Instances/ParseContext.h"
+
+#include <string>
+#include <vector>
+
+namespace Velkor::KT::Tracking
+{
+
+namespace Config
+{
+class Instances;
+}
+
+// One section of the "instances" configuration: the readable type name of the host interface
+// whose registrations trigger its run (empty for the sections reached only by an explicit
+// attach), and the run itself. A run attaches an observer to every live object of the section's
+// type that has none yet; a section that is absent or configures none of its callbacks attaches
+// nothing.
+struct InstancesSection
+{
+    std::string hostType;
+    void (*run)(const Config::Instances& config, const ParseContext& context);
+};
+
+// Every section, in the order of the configuration.
+const std::vector<InstancesSection>& InstancesSections();
+
+}  // namespace Velkor::KT::Tracking

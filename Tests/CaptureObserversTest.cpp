@@ -1,0 +1,384 @@
+#include "InstancesTestSupport.h"
+
+#include "KT/ICaptureInfo.h"
+#include "KT/IConverter.h"
+#include "KT/InstanceRegistry.h"
+#include "Tracking/InstancesHandler.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <ostream>
+
+using namespace Velkor;
+using InstancesTest::Event;
+using KT::InstanceRegistry;
+
+namespace
+{
+
+const KT::CaptureSource kScreen{KT::kScreen, "screen", false};
+const KT::CaptureSource kCamera{KT::kWebCamera, "camera", false};
+const KT::CaptureSource kMicrophone{KT::kMicrophone, "mic", true};
+const KT::CaptureSource kSystem{KT::kSystemAudio, "system", false};
+const QRect kFullHd(0, 0, 1920, 1080);
+
+// The shipped configuration, the reference capture service and converter, and an acceleration
+// facts function.
+class CaptureFixture : public testing::Test
+{
+protected:
+    CaptureFixture()
+    {
+        registry.Register<KT::ICaptureInfo>(&capture);
+        registry.Register<KT::IConverter>(&converter);
+        handler.SetConfig(InstancesTest::ShippedInstances());
+        handler.AttachInstances();
+    }
+
+    ~CaptureFixture() override
+    {
+        registry.Unregister<KT::IConverter>(&converter);
+        registry.Unregister<KT::ICaptureInfo>(&capture);
+    }
+
+    InstanceRegistry registry;
+    KT::CaptureInfo capture;
+    KT::Converter converter;
+    std::shared_ptr<InstancesTest::RecordingTracker> tracker =
+        std::make_shared<InstancesTest::RecordingTracker>();
+    KT::Tracking::InstancesHandler handler{
+        tracker, [](Event::Params& params) { params["NVENC_ENABLED"] = "NO"; }};
+};
+
+struct DurationRow
+{
+    const char* label;
+    std::int64_t microseconds;
+    std::string expected;
+};
+
+void PrintTo(const DurationRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class DurationTest : public CaptureFixture, public testing::WithParamInterface<DurationRow>
+{
+};
+
+// Before any start the recording type is empty.
+TEST_P(DurationTest, WholeSecondsTowardZero)
+{
+    capture.SetCaptureDuration(GetParam().microseconds);
+    capture.Pause(0);
+    const std::vector<Event> expected = {
+        {"CAPTURE_PAUSE", {{"CAPTURE_RECORDING_TYPE", ""}, {"DURATION", GetParam().expected}}}};
+    EXPECT_EQ(tracker->Events(), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, DurationTest,
+                         testing::Values(DurationRow{"JustUnderThree", 2999999, "2"},
+                                         DurationRow{"NegativeOneAndHalf", -1500000, "-1"},
+                                         DurationRow{"NegativeUnderOne", -999999, "0"},
+                                         DurationRow{"ExactlyOne", 1000000, "1"},
+                                         DurationRow{"Zero", 0, "0"},
+                                         DurationRow{"TenHours", 36000000000, "36000"}),
+                         [](const testing::TestParamInfo<DurationRow>& info)
+                         { return info.param.label; });
+
+struct NotificationRow
+{
+    const char* label;
+    std::function<void(KT::CaptureInfo&)> notify;
+    std::vector<std::string> expected;
+};
+
+void PrintTo(const NotificationRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class NotificationTest : public CaptureFixture, public testing::WithParamInterface<NotificationRow>
+{
+};
+
+TEST_P(NotificationTest, FeedsItsCallback)
+{
+    GetParam().notify(capture);
+    EXPECT_EQ(tracker->Names(), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Capture, NotificationTest,
+    testing::Values(
+        NotificationRow{"UserPause", [](KT::CaptureInfo& c) { c.Pause(0); }, {"CAPTURE_PAUSE"}},
+        NotificationRow{"InternalPause", [](KT::CaptureInfo& c) { c.Pause(1); }, {}},
+        NotificationRow{"NegativePauseFlag", [](KT::CaptureInfo& c) { c.Pause(-1); }, {}},
+        NotificationRow{"Resume", [](KT::CaptureInfo& c) { c.Resume(); }, {"CAPTURE_RESUME"}},
+        NotificationRow{
+            "StopFinished", [](KT::CaptureInfo& c) { c.Stop(0, {}, {}); }, {"CAPTURE_STOP"}},
+        NotificationRow{
+            "StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); }, {"CAPTURE_CANCEL"}},
+        NotificationRow{
+            "StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); }, {"CAPTURE_STOP"}},
+        NotificationRow{"Error", [](KT::CaptureInfo& c) { c.Fail(); }, {"CAPTURE_STOP"}}),
+    [](const testing::TestParamInfo<NotificationRow>& info) { return info.param.label; });
+
+struct RecordingTypeRow
+{
+    const char* label;
+    QRect area;
+    std::vector<KT::CaptureSource> sources;
+    std::string expected;
+};
+
+void PrintTo(const RecordingTypeRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class RecordingTypeTest : public CaptureFixture,
+                          public testing::WithParamInterface<RecordingTypeRow>
+{
+};
+
+// The type of the start is kept for the later events of the capture.
+TEST_P(RecordingTypeTest, ComputedAtStartAndKept)
+{
+    const RecordingTypeRow& row = GetParam();
+    capture.Start(row.area, {}, row.sources, {});
+    capture.Resume();
+    const auto events = tracker->Events();
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[0].params.at("CAPTURE_RECORDING_TYPE"), row.expected);
+    EXPECT_EQ(events[1].params.at("CAPTURE_RECORDING_TYPE"), row.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Starts, RecordingTypeTest,
+    testing::Values(RecordingTypeRow{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAPTURING"},
+                    RecordingTypeRow{"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
+                    RecordingTypeRow{"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
+                    RecordingTypeRow{
+                        "CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
+                    RecordingTypeRow{"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
+                    RecordingTypeRow{"NothingCaptured", QRect(), {}, "UNKNOWN"},
+                    RecordingTypeRow{"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}),
+    [](const testing::TestParamInfo<RecordingTypeRow>& info) { return info.param.label; });
+
+KT::CaptureSettings SampleSettings()
+{
+    KT::CaptureSettings settings;
+    settings.video = {0, 60, 1, 0, true, {2, 75, 3}};
+    settings.audio = {true, 7};
+    settings.effects.keystrokes = 1;
+    settings.effects.keystrokesTranslate = false;
+    settings.effects.showCursor = true;
+    settings.effects.highlightCursor = true;
+    settings.effects.highlightCursorSize = 48;
+    settings.effects.highlightCursorColor = QColor(255, 255, 0);
+    settings.effects.highlightClicks = false;
+    settings.effects.highlightClicksColorLeft = QColor(0, 0, 255);
+    settings.effects.highlightClicksColorRight = QColor(255, 0, 0);
+    settings.effects.useClickSounds = true;
+    settings.effects.customClickDownSound = "click.wav";
+    settings.effects.volumeClickSound = 70;
+    settings.webCamera = {QSize(640, 480), 30, 6, 20, 2};
+    return settings;
+}
+
+TEST_F(CaptureFixture, StartCarriesSettingsSourcesAndAcceleration)
+{
+    capture.SetCaptureType(1);
+    capture.SetLevel("mic", 12);
+    capture.SetLevel("system", 0);
+    capture.Start(QRect(-1920, 0, 1920, 1080), SampleSettings(),
+                  {kScreen, kSystem, kCamera, kMicrophone}, {4096});
+    const Event expected{
+        "CAPTURE_START",
+        {
+            {"METHOD", "UNKNOWN"},
+            {"CAPTURE_TYPE", "STREAMING"},
+            {"CAPTURE_RECORDING_TYPE", "CAPTURING"},
+            {"CAPTURE_AREA_RECT", "-1920,0:1920x1080"},
+            {"CAPTURE_AREA_SIZE", "1920x1080"},
+            {"CODEC", "CODEC_ID_H264"},
+            {"FPS", "60"},
+            {"FRAME_SIZE", "1920x1080"},
+            {"CAPTURE_METHOD", "DIRECTX"},
+            {"CAPTURE_MODE", "GAME"},
+            {"TEXTURE_SHARING_ENABLED", "YES"},
+            {"BITRATE_TYPE", "ABR"},
+            {"BITRATE_QUALITY", "75"},
+            {"CONVERTATION_PRESET", "Faster"},
+            {"SYSTEM_AUDIO", "YES"},
+            {"AUDIO_QUALITY", "48 kHz, stereo, 16-bit"},
+            {"RECORD_KEYSTROKES", "ALL"},
+            {"KEYSTROKES_TRANSLATE", "NO"},
+            {"SHOW_CURSOR", "YES"},
+            {"HIGHLIGHT_CURSOR", "YES"},
+            {"HIGHLIGHT_CURSOR_SIZE", "48"},
+            {"HIGHLIGHT_CURSOR_COLOR", "#ffff00"},
+            {"HIGHLIGHT_CLICKS", "NO"},
+            {"HIGHLIGHT_CLICKS_COLOR_LEFT", "#0000ff"},
+            {"HIGHLIGHT_CLICKS_COLOR_RIGHT", "#ff0000"},
+            {"USE_CLICK_SOUNDS", "YES"},
+            {"VOLUME_CLICK_SOUND", "70"},
+            {"WEBCAMERA_RESOLUTION", "640x480"},
+            {"WEBCAMERA_FPS", "30"},
+            {"POSITION_WEBCAMERA", "CENTER"},
+            {"SIZE_WEBCAMERA", "20"},
+            {"SHAPE_WEBCAMERA", "CIRCLE"},
+            // The silent system audio contributes nothing; video sources keep their order.
+            {"AUDIO_VIDEO_SOURCES", "SCREEN_WEBCAMERA_MICROPHONE_"},
+            {"AUDIO_SOURCES", "MICROPHONE"},
+            {"VIDEO_SOURCES", "SCREEN_WEBCAMERA"},
+            {"NOISE_CONTROL", "YES"},
+            {"NVENC_ENABLED", "NO"},
+        }};
+    EXPECT_EQ(tracker->Events(), std::vector<Event>{expected});
+}
+
+struct SourcesRow
+{
+    const char* label;
+    std::vector<KT::CaptureSource> sources;
+    std::string all;
+    std::string audio;
+};
+
+void PrintTo(const SourcesRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class StopSourcesTest : public CaptureFixture, public testing::WithParamInterface<SourcesRow>
+{
+};
+
+// On a stop only audio sources with a level count; video sources never do.
+TEST_P(StopSourcesTest, DescribesAudioOnly)
+{
+    capture.SetLevel("mic", 3);
+    capture.SetLevel("system", 9);
+    capture.SetCaptureDuration(90500000);
+    capture.Stop(0, {5242880}, GetParam().sources);
+    const Event expected{"CAPTURE_STOP",
+                         {{"REASON_STOP", "SUCCESS"},
+                          {"DURATION", "90"},
+                          {"CAPTURE_RECORDING_TYPE", ""},
+                          {"FILE_SIZE", "5242880"},
+                          {"AUDIO_VIDEO_SOURCES", GetParam().all},
+                          {"AUDIO_SOURCES", GetParam().audio}}};
+    EXPECT_EQ(tracker->Events(), std::vector<Event>{expected});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sources, StopSourcesTest,
+    testing::Values(SourcesRow{"TwoAudio",
+                               {kScreen, kMicrophone, kSystem},
+                               "MICROPHONE_SYSTEM_",
+                               "MICROPHONE_SYSTEM"},
+                    SourcesRow{"VideoOnly", {kScreen, kCamera}, "NONE", ""},
+                    SourcesRow{"NoSources", {}, "NONE", ""},
+                    SourcesRow{"UnknownAudioType", {{0x2080, "odd", false}}, "NONE", ""}),
+    [](const testing::TestParamInfo<SourcesRow>& info) { return info.param.label; });
+
+TEST_F(CaptureFixture, ConversionStartCarriesContextPresetAndAcceleration)
+{
+    converter.SetAccelerationType(4);
+    KT::ConvertationContext context;
+    context.project.size = 123456789;
+    context.outputFilePath = "/home/u/Videos/out.mp4";
+    context.preset.name = "mp4-1080p";
+    context.preset.properties.put("$$VIDEO_CODEC$$.codec_id", "h264");
+    context.preset.properties.put("$$AUDIO_CODEC$$.codec_id", "aac");
+    context.preset.properties.put("container", "mp4");
+    context.cutIntervals = {{0, 1500000}, {6000000, 7000000}};
+    converter.Start(context);
+    converter.Progress(50);
+    converter.Pause();
+    converter.Resume();
+    converter.Fail();
+    const std::vector<Event> expected = {
+        {"SAVING_CAPTURE_START",
+         {{"PROJECT_SIZE", "123456789"},
+          {"PRESET_ID", "mp4-1080p"},
+          {"OUTPUT_VIDEO_CODEC", "h264"},
+          {"OUTPUT_AUDIO_CODEC", "aac"},
+          {"OUTPUT_FORMAT", "mp4"},
+          {"CUT", "0-1500000;6000000-7000000"},
+          {"ACCELERATION_TYPE", "NVENC"}}},
+        {"SAVING_CAPTURE_PAUSE", {}},
+        {"SAVING_CAPTURE_RESUME", {}},
+        {"SAVING_CAPTURE_ERROR", {}},
+    };
+    EXPECT_EQ(tracker->Events(), expected);
+}
+
+TEST_F(CaptureFixture, ConversionPresetWithoutCodecsGivesEmptyTexts)
+{
+    KT::ConvertationContext context;
+    context.preset.name = "custom";
+    converter.SetAccelerationType(9);
+    converter.Start(context);
+    const std::vector<Event> expected = {{"SAVING_CAPTURE_START",
+                                          {{"PROJECT_SIZE", "0"},
+                                           {"PRESET_ID", "custom"},
+                                           {"OUTPUT_VIDEO_CODEC", ""},
+                                           {"OUTPUT_AUDIO_CODEC", ""},
+                                           {"OUTPUT_FORMAT", ""},
+                                           {"CUT", ""},
+                                           {"ACCELERATION_TYPE", "UNKNOWN"}}}};
+    EXPECT_EQ(tracker->Events(), expected);
+}
+
+struct ResultRow
+{
+    int result;
+    std::string expected;
+};
+
+void PrintTo(const ResultRow& row, std::ostream* out)
+{
+    *out << row.result;
+}
+
+class ConversionResultTest : public CaptureFixture, public testing::WithParamInterface<ResultRow>
+{
+};
+
+TEST_P(ConversionResultTest, StopCarriesResultText)
+{
+    converter.Finish(GetParam().result);
+    EXPECT_EQ(tracker->Events(),
+              (std::vector<Event>{{"SAVING_CAPTURE_FINISH", {{"RESULT", GetParam().expected}}}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Results, ConversionResultTest,
+                         testing::Values(ResultRow{0, "SUCCESS"}, ResultRow{1, "CANCELED"},
+                                         ResultRow{2, "INVALID_DIR"},
+                                         ResultRow{3, "PROCESSING_ERROR"}, ResultRow{4, "UNKNOWN"},
+                                         ResultRow{-1, "UNKNOWN"}));
+
+TEST(ConverterObserverTest, OutputPathUnderItsConfiguredKey)
+{
+    InstanceRegistry registry;
+    auto tracker = std::make_shared<InstancesTest::RecordingTracker>();
+    KT::Tracking::InstancesHandler handler(tracker);
+    handler.SetConfig(InstancesTest::InstancesFromText(
+        R"(<IConverter><start event="S"><param key="K" value="V"/><context><outputFilePath>PATH</outputFilePath></context></start></IConverter>)"));
+    KT::Converter converter;
+    registry.Register<KT::IConverter>(&converter);
+    handler.AttachInstances();
+    KT::ConvertationContext context;
+    context.outputFilePath = "C:/Users/u/out.avi";
+    converter.Start(context);
+    EXPECT_EQ(tracker->Events(),
+              (std::vector<Event>{{"S", {{"K", "V"}, {"PATH", "C:/Users/u/out.avi"}}}}));
+    registry.Unregister<KT::IConverter>(&converter);
+}
+
+}  // namespace

@@ -1,0 +1,153 @@
+#include "InstancesTestSupport.h"
+
+#include "KT/AbstractScreenshotTakerWrapper.h"
+#include "KT/ICaptureMonitor.h"
+#include "KT/IDurationLimiter.h"
+#include "KT/IFileManager.h"
+#include "KT/InstanceRegistry.h"
+#include "KT/Service/IPaintingController.h"
+#include "KT/Service/ISelector.h"
+#include "KT/Service/ITutorialManager.h"
+#include "Tracking/InstancesHandler.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <ostream>
+
+using namespace Velkor;
+using InstancesTest::Event;
+using KT::InstanceRegistry;
+
+namespace
+{
+
+// One notification of a service under the shipped configuration and the events it gives.
+struct ServiceRow
+{
+    const char* label;
+    // Registers a service, attaches `handler`, notifies, unregisters.
+    std::function<void(InstanceRegistry&, KT::Tracking::InstancesHandler&)> run;
+    std::vector<Event> expected;
+};
+
+void PrintTo(const ServiceRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+template <class Interface, class Service>
+ServiceRow Row(const char* label, std::function<void(Service&)> notify, std::vector<Event> expected)
+{
+    return ServiceRow{label,
+                      [notify](InstanceRegistry& registry, KT::Tracking::InstancesHandler& handler)
+                      {
+                          Service service;
+                          registry.Register<Interface>(&service);
+                          handler.AttachInstances();
+                          notify(service);
+                          registry.Unregister<Interface>(&service);
+                      },
+                      std::move(expected)};
+}
+
+class ServiceObserversTest : public testing::TestWithParam<ServiceRow>
+{
+protected:
+    InstanceRegistry registry;
+    std::shared_ptr<InstancesTest::RecordingTracker> tracker =
+        std::make_shared<InstancesTest::RecordingTracker>();
+};
+
+TEST_P(ServiceObserversTest, NotificationBecomesItsEvent)
+{
+    KT::Tracking::InstancesHandler handler(tracker);
+    handler.SetConfig(InstancesTest::ShippedInstances());
+    GetParam().run(registry, handler);
+    EXPECT_EQ(tracker->Events(), GetParam().expected);
+}
+
+using Limiter = KT::DurationLimiter;
+using Monitor = KT::CaptureMonitor;
+using Screenshots = KT::ScreenshotTaker;
+using Files = KT::FileManager;
+using Painting = KT::Service::ScreenPainting::PaintingController;
+using Tutorial = KT::Service::Tutorial::TutorialManager;
+using Selector = KT::Service::AreaSelector::Selector;
+
+INSTANTIATE_TEST_SUITE_P(
+    Shipped, ServiceObserversTest,
+    testing::Values(Row<KT::IDurationLimiter, Limiter>(
+                        "LimiterInOrder",
+                        [](Limiter& s)
+                        {
+                            s.WarnUserLimit();
+                            s.WarnScheduleEnd();
+                            s.StopByUserLimit();
+                            s.StopBySchedule();
+                        },
+                        {{"CAPTURE_LIMIT_WARNING", {{"LIMIT", "TIMER"}}},
+                         {"CAPTURE_LIMIT_WARNING", {{"LIMIT", "SCHEDULER"}}},
+                         {"TIMER_AUTO_CAPTURE_STOP_EVENT", {{"METHOD", "TIMER"}}},
+                         {"SCHEDULER_CAPTURE_STOP_EVENT", {{"METHOD", "SCHEDULER"}}}}),
+                    Row<KT::ICaptureMonitor, Monitor>("Monitor",
+                                                      [](Monitor& s)
+                                                      {
+                                                          s.ReportDeviceDisconnected();
+                                                          s.ReportDriveFull();
+                                                      },
+                                                      {{"CAPTURE_DEVICE_DISCONNECTED", {}},
+                                                       {"LIMIT_SPACE_CAPTURE_STOP",
+                                                        {{"METHOD", "LIMIT_SPACE"}}}}),
+                    Row<KT::AbstractScreenshotTakerWrapper, Screenshots>(
+                        "Screenshots",
+                        [](Screenshots& s)
+                        {
+                            s.Succeed(1);
+                            s.Fail(0);
+                            s.Cancel(5);
+                        },
+                        {{"SCREENSHOT_SAVE", {{"DESTINATION", "CLIPBOARD"}}},
+                         {"SCREENSHOT_ERROR", {{"DESTINATION", "DISK"}}},
+                         {"SCREENSHOT_CANCEL", {{"DESTINATION", "UNKNOWN"}}}}),
+                    // A callback without a value key reports its params only.
+                    Row<KT::IFileManager, Files>(
+                        "Files",
+                        [](Files& s)
+                        {
+                            s.Explore(App::ioPath("/v/a.mp4"));
+                            s.MoveToTrash(App::ioPath("/v/b.png"));
+                            s.Remove(App::ioPath("/v/c.mp4"));
+                            s.CreateDirectories(App::ioPath("/v/new"));
+                        },
+                        {{"SHOW_IN_FOLDER", {}},
+                         {"DELETE_FILE", {{"DELETE_MODE", "TRASH"}, {"TYPE", "/v/b.png"}}},
+                         {"DELETE_FILE", {{"DELETE_MODE", "REMOVE"}, {"TYPE", "/v/c.mp4"}}},
+                         {"CREATE_DIRECTORIES", {}}}),
+                    Row<KT::Service::ScreenPainting::IPaintingController, Painting>(
+                        "Painting",
+                        [](Painting& s)
+                        {
+                            s.AddShape("ARROW");
+                            s.RemoveShape("PEN");
+                        },
+                        {{"DRAWING_SHAPE_ADDED", {{"SHAPE", "ARROW"}}},
+                         {"DRAWING_SHAPE_REMOVED", {{"SHAPE", "PEN"}}}}),
+                    Row<KT::Service::Tutorial::ITutorialManager, Tutorial>(
+                        "Tutorial",
+                        [](Tutorial& s)
+                        {
+                            s.ShowSlide("welcome");
+                            s.ClickSlide(3);
+                            s.ClickSlide(5);
+                        },
+                        {{"TUTORIAL_SLIDE_SHOW", {{"SLIDE", "welcome"}}},
+                         {"TUTORIAL_SLIDE_CLICK", {{"SLIDE_ACTION", "REPEAT"}}},
+                         {"TUTORIAL_SLIDE_CLICK", {{"SLIDE_ACTION", "UNKNOWN"}}}}),
+                    Row<KT::Service::AreaSelector::ISelector, Selector>(
+                        "Selector", [](Selector& s) { s.Select(QRect(100, 50, 1280, 720)); },
+                        {{"AREA_SELECTED", {{"CAPTURE_AREA_SIZE", "1280x720"}}}})),
+    [](const testing::TestParamInfo<ServiceRow>& info) { return info.param.label; });
+
+}  // namespace
