@@ -1,5 +1,7 @@
-// A small host: builds a chain of one rewriting stage in front of the debug viewer, tracks a
-// few events from the GUI thread and from a worker thread, and prints the viewer's log lines.
+// A small host: builds the usual chain (the shipped filter and aggregator rules in front of the
+// debug viewer), tracks a few events from the GUI thread and from a worker thread, and prints the
+// viewer's log lines. A stop button's click is held back by the aggregator and reaches the viewer
+// on the recorder's stop report, which the filter has classified.
 //
 //   KtSampleChain            runs headless and exits when every event has been shown
 //   KtSampleChain --show     keeps the viewer window open until it is closed
@@ -13,35 +15,12 @@
 #include <QListWidget>
 #include <QTimer>
 
-#include <atomic>
 #include <cstring>
 #include <memory>
 #include <thread>
 
 using namespace Velkor::KT::Tracking;
 
-namespace
-{
-
-// A pass-through stage that stamps every event with the position it had in the stream.
-class NumberingStage : public IKtTracker
-{
-public:
-    explicit NumberingStage(const std::shared_ptr<IKtTracker>& next) : m_next(next) {}
-
-    void Track(const Event& event) override
-    {
-        Event numbered = event;
-        numbered.params.emplace("SEQ", std::to_string(++m_count));
-        m_next->Track(numbered);
-    }
-
-private:
-    NotNull<IKtTracker> m_next;
-    std::atomic<int> m_count{0};
-};
-
-}  // namespace
 
 int main(int argc, char** argv)
 {
@@ -58,14 +37,20 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
 
     auto viewer = std::make_shared<DebugKtTracker>();
-    std::shared_ptr<IKtTracker> head = std::make_shared<NumberingStage>(viewer);
+    auto aggregator = std::make_shared<AggregatorKtTracker>(viewer);
+    aggregator->SetConfig(LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
+    auto filter = std::make_shared<FilterKtTracker>(aggregator);
+    filter->SetConfig(LoadConfigFromQrc("/KT/Tracking/FilterConfig.xml"));
+    std::shared_ptr<IKtTracker> head = filter;
 
-    head->Track({"APP_EVERY_START", {{"LANG", "en"}}});
     head->Track({"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}});
-    std::thread worker([head] {
-        head->Track({"CAPTURE_STOP", {{"DURATION", "90"}, {"AUDIO_SOURCES", ""}, {"FILE_SIZE", "5242880"}}});
+    head->Track({"HOTKEY_TRIGGERED", {{"HOTKEY_ID", "openEditor"}}});  // dropped by the rules
+    head->Track({"BUTTON_CAPTURE_STOP_EVENT", {{"METHOD", "BUTTON"}}});  // held back
+    std::thread recorder([head] {
+        head->Track({"CAPTURE_STOP",
+                     {{"DURATION", "90"}, {"AUDIO_SOURCES", ""}, {"FILE_SIZE", "5242880"}}});
     });
-    worker.join();
+    recorder.join();
     head->Track({"APP_EXIT", {}});
 
     if (!show)
