@@ -2,12 +2,10 @@
 
 #include "Tracking/Config/Aggregator.h"
 #include "Tracking/NotNull.h"
-
-#include <glog/logging.h>
+#include "Tracking/RuleDocument.h"
 
 #include <map>
 #include <mutex>
-#include <sstream>
 
 namespace Velkor::KT::Tracking
 {
@@ -80,17 +78,9 @@ AggregatorKtTracker::~AggregatorKtTracker() = default;
 
 void AggregatorKtTracker::SetConfig(const std::string& config)
 {
-    std::unique_ptr<A::Aggregator> parsed;
-    try
+    std::unique_ptr<A::Aggregator> parsed = ParseRuleDocument(config, &A::aggregator);
+    if (!parsed)
     {
-        std::stringstream stream(config, std::ios::in | std::ios::out);
-        parsed = A::aggregator(stream, ::xml_schema::flags::dont_validate);
-    }
-    catch (const ::xml_schema::exception& error)
-    {
-        std::ostringstream description;
-        description << error;
-        LOG(ERROR) << "Can't parse configuration: " << description.str();
         return;
     }
     std::lock_guard<std::mutex> lock(d->mutex);

@@ -2,15 +2,13 @@
 
 #include "Tracking/Config/Filter.h"
 #include "Tracking/NotNull.h"
-
-#include <glog/logging.h>
+#include "Tracking/RuleDocument.h"
 
 #include <cerrno>
 #include <clocale>
 #include <cstdlib>
 #include <map>
 #include <mutex>
-#include <sstream>
 
 #include <locale.h>
 
@@ -211,17 +209,9 @@ FilterKtTracker::~FilterKtTracker() = default;
 
 void FilterKtTracker::SetConfig(const std::string& config)
 {
-    std::unique_ptr<F::Filter> parsed;
-    try
+    std::unique_ptr<F::Filter> parsed = ParseRuleDocument(config, &F::filter);
+    if (!parsed)
     {
-        std::stringstream stream(config, std::ios::in | std::ios::out);
-        parsed = F::filter(stream, ::xml_schema::flags::dont_validate);
-    }
-    catch (const ::xml_schema::exception& error)
-    {
-        std::ostringstream description;
-        description << error;
-        LOG(ERROR) << "Can't parse configuration: " << description.str();
         return;
     }
     std::lock_guard<std::mutex> lock(d->mutex);
