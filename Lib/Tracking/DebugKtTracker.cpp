@@ -1,5 +1,7 @@
 #include "Tracking/DebugKtTracker.h"
 
+#include "Tracking/EventText.h"
+
 #include "Util/FunctionForwarder.h"
 
 #include <glog/logging.h>
@@ -8,7 +10,6 @@
 #include <QPointer>
 #include <QString>
 
-#include <sstream>
 #include <string>
 
 namespace Velkor::KT::Tracking
@@ -19,18 +20,6 @@ namespace
 
 const char kStyleSheet[] =
     "color: black; background: white; font-family: \"Courier\"; font-size: 12px;";
-
-// The event name and a line end, then one "\tKEY=VALUE" line per property in key order.
-std::string EventText(const Event& event)
-{
-    std::ostringstream text;
-    text << event.name << '\n';
-    for (const auto& [key, value] : event.params)
-    {
-        text << '\t' << key << '=' << value << '\n';
-    }
-    return text.str();
-}
 
 }  // namespace
 
