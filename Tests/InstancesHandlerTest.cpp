@@ -283,13 +283,13 @@ TEST_F(InstancesHandlerTest, SharingIsObservedThroughItsSignal)
         InstancesHandler handler(tracker);
         handler.SetConfig(InstancesTest::ShippedInstances());
         handler.AttachInstances();
-        manager.Finish(App::ioPath("/home/u/Videos/clip.mp4"), true);
+        manager.Finish(App::ioPath("/home/u/Videos/Clip.MP4"), true);
         manager.Finish(App::ioPath("/home/u/notes"), false);
     }
     manager.Finish(App::ioPath("/home/u/after.mp4"), true);
     const std::vector<InstancesTest::Event> expected = {
-        {"SHARING_FINISH", {{"METHOD", "YOUTUBE"}, {"RESULT", "SUCCESS"}, {"TYPE", "MP4"}}},
-        {"SHARING_FINISH", {{"METHOD", "YOUTUBE"}, {"RESULT", "FAILURE"}, {"TYPE", "UNKNOWN"}}},
+        {"SHARING_FINISH", {{"METHOD", "YOUTUBE"}, {"RESULT", "SUCCESS"}, {"TYPE", ".mp4"}}},
+        {"SHARING_FINISH", {{"METHOD", "YOUTUBE"}, {"RESULT", "FAILURE"}, {"TYPE", ""}}},
     };
     EXPECT_EQ(tracker->Events(), expected);
     registry.Unregister<KT::Service::Sharing::AbstractSharingManager>(&manager);

@@ -52,8 +52,9 @@ void SharingObserver::OnSharingFinished(const App::ioPath& file, bool success)
     }
     if (m_element.type())
     {
-        const QString suffix = QFileInfo(file.ToQString()).suffix().toUpper();
-        event.params[*m_element.type()] = suffix.isEmpty() ? "UNKNOWN" : suffix.toStdString();
+        const QString suffix = QFileInfo(file.ToQString()).suffix().toLower();
+        event.params[*m_element.type()] =
+            suffix.isEmpty() ? std::string() : "." + suffix.toStdString();
     }
     m_tracker->Track(event);
 }

@@ -14,8 +14,9 @@ namespace Velkor::KT::Tracking
 {
 
 // Observer of a sharing manager, through its SharingFinished signal. Text forms chosen here:
-// `result` "SUCCESS" or "FAILURE" by the signal's flag; `type` the shared file's suffix in upper
-// case ("MP4"), "UNKNOWN" for a file without suffix.
+// `result` "SUCCESS" or "FAILURE" by the signal's flag; `type` the shared file's extension with
+// its dot, in lower case (".mp4"), or empty for a file without one. The file's name and folder
+// are never reported; the filter's rules classify the extension.
 class SharingObserver : public BadMemoryManagment::IObserver
 {
 public:

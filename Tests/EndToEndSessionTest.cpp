@@ -1,0 +1,248 @@
+// A whole session through the library as a host assembles it: the shipped main document on a
+// real window tree and registered services, the shipped filter and aggregator in the chain, the
+// common events at both ends.
+
+#include "InstancesTestSupport.h"
+#include "Support/QtPump.h"
+
+#include "App/ICrashTracker.h"
+#include "App/ILaunchTypeProcessor.h"
+#include "App/LookAndFeelManager.h"
+#include "KT/AbstractScreenshotTakerWrapper.h"
+#include "KT/ConvertationSettings.h"
+#include "KT/ICaptureInfo.h"
+#include "KT/InstanceRegistry.h"
+#include "KT/ProductSettings.h"
+#include "KT/Service/AbstractSharingManager.h"
+#include "Tracking/AggregatorKtTracker.h"
+#include "Tracking/ConfigLoader.h"
+#include "Tracking/FilterKtTracker.h"
+#include "Tracking/StatisticsManager.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTest>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace Velkor;
+using InstancesTest::RecordingTracker;
+using KT::Tracking::Event;
+using KT::Tracking::FillerTypes;
+
+namespace
+{
+
+// The host's global hot-key manager, reporting each hot key by its identifier.
+class HotkeyManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    HotkeyManager() { setObjectName("GlobalHotkeyManager"); }
+
+signals:
+    void HotkeyTriggeredId(const QString& id);
+};
+
+class FirstStartLaunch : public App::ILaunchTypeProcessor
+{
+public:
+    int GetLaunchType() const override { return FirstStart; }
+};
+
+class OneCrash : public App::ICrashTracker
+{
+public:
+    std::vector<std::string> TakeUnreportedFailedSessions() override
+    {
+        return std::exchange(m_sessions, {});
+    }
+
+private:
+    std::vector<std::string> m_sessions = {"crashed-session"};
+};
+
+// The windows of the host that the main document names.
+struct Windows
+{
+    Windows()
+    {
+        main.setObjectName("MainWindow");
+        auto* central = new QWidget(&main);
+        main.setCentralWidget(central);
+        recButton = new QPushButton("Rec", central);
+        recButton->setObjectName("recButton");
+        captureMode = new QComboBox(central);
+        captureMode->setObjectName("captureModeComboBox");
+        captureMode->addItems({"Game", "Desktop"});
+        takeScreenshot = main.menuBar()->addMenu("Capture")->addAction("Take screenshot");
+        takeScreenshot->setObjectName("ActionTakeScreenshot");
+        main.addAction(takeScreenshot);
+
+        panel.setObjectName("CaptureControlPanel");
+        pauseButton = new QPushButton("Pause", &panel);
+        pauseButton->setObjectName("pauseButton");
+
+        tray.setObjectName("TrayMenu");
+        trayStop = tray.addAction("Stop recording");
+        trayStop->setObjectName("TrayActionStopRecord");
+    }
+
+    QMainWindow main;
+    QWidget panel;
+    QMenu tray;
+    QPushButton* recButton;
+    QComboBox* captureMode;
+    QAction* takeScreenshot;
+    QPushButton* pauseButton;
+    QAction* trayStop;
+};
+
+class EndToEndSessionTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        registry.Register<KT::ICaptureInfo>(&capture);
+        registry.Register<KT::AbstractScreenshotTakerWrapper>(&screenshots);
+        registry.Register<KT::Service::Sharing::AbstractSharingManager>(&sharing);
+        registry.Register<KT::ProductSettings>(&productSettings);
+
+        auto aggregator = std::make_shared<KT::Tracking::AggregatorKtTracker>(delivered);
+        aggregator->SetConfig(KT::Tracking::LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
+        auto filter = std::make_shared<KT::Tracking::FilterKtTracker>(aggregator);
+        filter->SetConfig(KT::Tracking::LoadConfigFromQrc("/KT/Tracking/FilterConfig.xml"));
+        head = filter;
+    }
+
+    void TearDown() override
+    {
+        registry.Unregister<KT::ProductSettings>(&productSettings);
+        registry.Unregister<KT::Service::Sharing::AbstractSharingManager>(&sharing);
+        registry.Unregister<KT::AbstractScreenshotTakerWrapper>(&screenshots);
+        registry.Unregister<KT::ICaptureInfo>(&capture);
+    }
+
+    KT::InstanceRegistry registry;
+    KT::CaptureInfo capture;
+    KT::ScreenshotTaker screenshots;
+    KT::Service::Sharing::SharingManager sharing{4};  // YOUTUBE
+    KT::ProductSettings productSettings;
+    std::shared_ptr<RecordingTracker> delivered = std::make_shared<RecordingTracker>();
+    std::shared_ptr<KT::Tracking::IKtTracker> head;
+};
+
+TEST_F(EndToEndSessionTest, DeliveredEventsOfAUserSession)
+{
+    auto manager = std::make_unique<KT::Tracking::StatisticsManager>(
+        head, std::make_shared<App::LookAndFeelManager>("en"), nullptr, nullptr,
+        std::make_shared<FirstStartLaunch>(), std::make_shared<OneCrash>(),
+        std::make_shared<KT::ConvertationSettings>(),
+        std::vector<FillerTypes>{FillerTypes::AppLanguage, FillerTypes::HyperPass});
+
+    Windows windows;
+    HotkeyManager hotkeys;
+    hotkeys.setParent(&windows.main);
+    manager->SetConfig(KT::Tracking::LoadConfigFromQrc("/KT/Tracking/Config.xml"));
+    manager->AttachAllTopLevelWindows();
+    manager->AttachInstances();
+
+    // The main window comes up.
+    windows.main.show();
+    windows.panel.show();
+    KtTest::Pump();
+
+    // A recording started by the button, paused by the panel, resumed by a hot key and stopped
+    // from the tray; an unrelated hot key in between.
+    QTest::mouseClick(windows.recButton, Qt::LeftButton);
+    KT::CaptureSettings settings;
+    capture.Start(QRect(0, 0, 1920, 1080), settings, {}, KT::Project{});
+    QTest::mouseClick(windows.pauseButton, Qt::LeftButton);
+    capture.SetCaptureDuration(30'000'000);
+    capture.Pause(0);
+    emit hotkeys.HotkeyTriggeredId("showHideOverlays");
+    emit hotkeys.HotkeyTriggeredId("capturePauseResume");
+    capture.Resume();
+    windows.trayStop->trigger();
+    capture.SetCaptureDuration(90'000'000);
+    capture.Stop(KT::kCaptureFinished, KT::Project{5 * 1024 * 1024}, {});
+
+    // The capture mode changes, a screenshot is taken from the menu, the video is shared, the
+    // statistics switch is turned off in the settings.
+    windows.captureMode->setCurrentIndex(1);
+    windows.takeScreenshot->trigger();
+    screenshots.Succeed(1);
+    sharing.Finish(App::ioPath(std::string("/videos/clip.mp4")), true);
+    productSettings.SetAutoUpdateEnabled(!productSettings.IsAutoUpdateEnabled());
+
+    manager.reset();
+
+    const Event::Params failure = {{"APP_LANGUAGE", "en"},      {"EXCEPTION_MESSAGE", ""},
+                                   {"EXCEPTION_STACKTRACE", ""}, {"EXCEPTION_TYPE", ""},
+                                   {"HP_ENABLED", "NO"},         {"SID", "crashed-session"}};
+    const std::vector<Event> expectedExceptStart = {
+        {"APP_FAILED", failure},
+        {"APP_FIRST_START", {{"APP_LANGUAGE", "en"}}},
+        {"SHOW_WINDOW", {{"WINDOW", "MAIN"}}},
+        {"CAPTURE_START", {}},  // compared below
+        {"CAPTURE_PAUSE",
+         {{"CAPTURE_RECORDING_TYPE", "CAPTURING"},
+          {"DURATION", "30"},
+          {"DURATION_ID", "UP_TO_2_MIN"},
+          {"METHOD", "BUTTON"}}},
+        {"CAPTURE_RESUME",
+         {{"CAPTURE_RECORDING_TYPE", "CAPTURING"}, {"DURATION", "30"}, {"METHOD", "HOTKEY"}}},
+        {"CAPTURE_STOP",
+         {{"AUDIO_SOURCES", "OFF"},
+          {"AUDIO_VIDEO_SOURCES", "NONE"},
+          {"CAPTURE_RECORDING_TYPE", "CAPTURING"},
+          {"DURATION", "90"},
+          {"DURATION_ID", "UP_TO_2_MIN"},
+          {"FILE_SIZE", "5242880"},
+          {"FILE_SIZE_PRESET", "1_10_MB"},
+          {"METHOD", "TRAY"},
+          {"REASON_STOP", "SUCCESS"}}},
+        {"CUSTOMER_ACTION", {{"SELECT_CAPTURE_MODE", "DESKTOP"}}},
+        {"SCREENSHOT_SAVE", {{"DESTINATION", "CLIPBOARD"}, {"METHOD", "MENU_BAR"}}},
+        {"SHARING_FINISH", {{"METHOD", "YOUTUBE"}, {"RESULT", "SUCCESS"}, {"TYPE", "VIDEO"}}},
+        {"PREF_CHANGE", {{"AUTO_UPDATE_ENABLED", "NO"}}},
+        {"APP_EXIT", {{"APP_LANGUAGE", "en"}}},
+    };
+
+    std::vector<Event> events = delivered->Events();
+    ASSERT_EQ(events.size(), expectedExceptStart.size()) << testing::PrintToString(events);
+    const Event start = events[3];
+    events[3].params.clear();
+    EXPECT_EQ(events, expectedExceptStart);
+
+    // The start carries the cause the button gave, the capture's own facts and the filter's
+    // classification of the sources (no camera: its size and position are "NONE").
+    EXPECT_EQ(start.name, "CAPTURE_START");
+    const Event::Params startFacts = {{"METHOD", "BUTTON"},
+                                      {"CAPTURE_TYPE", "RECORDING"},
+                                      {"CAPTURE_AREA_RECT", "0,0:1920x1080"},
+                                      {"AUDIO_VIDEO_SOURCES", "NONE"},
+                                      {"CAPTURE_RECORDING_TYPE", "CAPTURING"},
+                                      {"QUANTITY_AUDIO_SOURCE", "0"},
+                                      {"SIZE_WEBCAMERA", "NONE"},
+                                      {"POSITION_WEBCAMERA", "NONE"}};
+    for (const auto& [key, value] : startFacts)
+    {
+        const auto found = start.params.find(key);
+        ASSERT_NE(found, start.params.end()) << key;
+        EXPECT_EQ(found->second, value) << key;
+    }
+}
+
+}  // namespace
+
+#include "EndToEndSessionTest.moc"
