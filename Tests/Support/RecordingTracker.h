@@ -3,6 +3,7 @@
 #include "Tracking/IKtTrackingEndpoint.h"
 
 #include <mutex>
+#include <string>
 #include <vector>
 
 namespace KtTest
@@ -22,6 +23,16 @@ public:
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         return m_events;
+    }
+
+    std::vector<std::string> Names() const
+    {
+        std::vector<std::string> names;
+        for (const auto& event : Events())
+        {
+            names.push_back(event.name);
+        }
+        return names;
     }
 
     void Clear()
