@@ -5,6 +5,7 @@
 #   ./build.sh test                     build, then run every test
 #   ./build.sh test --sanitize address,undefined   the same in a sanitizer build (build-asan/)
 #   ./build.sh test --sanitize thread --label threaded   threaded tests under ThreadSanitizer
+#   ./build.sh test --exclude-label packaging            every test but those with the label
 #   ./build.sh bench                    build, then run the benchmarks
 #
 # Environment: BUILD_DIR overrides the build directory, JOBS the build parallelism.
@@ -37,11 +38,12 @@ install_missing() {
 }
 
 command="${1:-}"; [ -n "$command" ] || usage; shift
-sanitize=""; label=""
+sanitize=""; label=""; exclude_label=""
 while [ $# -gt 0 ]; do
     case "$1" in
         --sanitize) sanitize="$2"; shift 2 ;;
         --label) label="$2"; shift 2 ;;
+        --exclude-label) exclude_label="$2"; shift 2 ;;
         *) usage ;;
     esac
 done
@@ -81,6 +83,7 @@ case "$command" in
     test)
         ctest_args=(--test-dir "$build_dir" --output-on-failure -j "$jobs")
         [ -n "$label" ] && ctest_args+=(-L "$label")
+        [ -n "$exclude_label" ] && ctest_args+=(-LE "$exclude_label")
         "${run_prefix[@]}" ctest "${ctest_args[@]}"
         ;;
     bench)
