@@ -1,13 +1,13 @@
 # Generation of the configuration object model from its XML Schemas.
 #
 # kt_tracking_add_config_model(<target> SCHEMAS <name> <c++ namespace> ... SCHEMA_DIR <dir>
-#                              OUTPUT_DIR <dir>)
+#                              OUTPUT_DIR <dir> [HEADERS_VARIABLE <variable>])
 #
 # For each <name>.xsd in SCHEMA_DIR: the CodeSynthesis XSD tree mapping (<name>.hxx/.cxx) under
 # OUTPUT_DIR/Tracking/Config, exported with KT_TRACKING_EXPORT, and <name>Rules.inc, the reading
 # rules of its types (written by the KtSchemaRules build tool). OUTPUT_DIR becomes a SYSTEM
 # include directory of <target>: the generated code is third-party style and compiled without
-# warnings.
+# warnings. HEADERS_VARIABLE receives the generated headers, relative to OUTPUT_DIR.
 
 include_guard(GLOBAL)
 
@@ -21,7 +21,7 @@ if(NOT KT_XSD_INCLUDE_DIR)
 endif()
 
 function(kt_tracking_add_config_model target)
-    cmake_parse_arguments(ARG "" "SCHEMA_DIR;OUTPUT_DIR" "SCHEMAS" ${ARGN})
+    cmake_parse_arguments(ARG "" "SCHEMA_DIR;OUTPUT_DIR;HEADERS_VARIABLE" "SCHEMAS" ${ARGN})
     set(gen "${ARG_OUTPUT_DIR}/Tracking/Config")
     file(MAKE_DIRECTORY "${gen}")
 
@@ -39,6 +39,7 @@ function(kt_tracking_add_config_model target)
         COMMENT "Generating the XML Schema built-in types"
         VERBATIM)
     set(generated "${gen}/XmlSchema.hxx")
+    set(headers Tracking/Config/XmlSchema.hxx)
 
     list(LENGTH ARG_SCHEMAS count)
     math(EXPR last "${count} - 1")
@@ -68,10 +69,14 @@ function(kt_tracking_add_config_model target)
             VERBATIM)
         set_source_files_properties("${gen}/${name}.cxx" PROPERTIES COMPILE_OPTIONS "-w")
         list(APPEND generated "${gen}/${name}.hxx" "${gen}/${name}.cxx" "${gen}/${name}Rules.inc")
+        list(APPEND headers "Tracking/Config/${name}.hxx")
     endforeach()
 
     target_sources(${target} PRIVATE ${generated})
     target_include_directories(${target} SYSTEM PUBLIC
         "$<BUILD_INTERFACE:${ARG_OUTPUT_DIR}>"
         "$<BUILD_INTERFACE:${KT_XSD_INCLUDE_DIR}>")
+    if(ARG_HEADERS_VARIABLE)
+        set(${ARG_HEADERS_VARIABLE} ${headers} PARENT_SCOPE)
+    endif()
 endfunction()

@@ -1,0 +1,102 @@
+# Installation: the shared libraries, their public headers (generated ones included), the
+# schemas of the configuration documents and a CMake package, so that another project can use
+# an installed copy with find_package(KtTracking). The rules are only written when
+# KT_TRACKING_INSTALL is on.
+#
+# Layout below the prefix (GNUInstallDirs):
+#   <libdir>/libKtTracking.so*, <libdir>/libKtHost.so*
+#   <includedir>/KtTracking/    the include root: "Tracking/Tracking.h", "App/...", "HostExport.h"
+#   <datadir>/KtTracking/       KtmStat.xsd, Filter.xsd, Aggregator.xsd
+#   <libdir>/cmake/KtTracking/  KtTrackingConfig.cmake, ...ConfigVersion.cmake, ...Targets.cmake
+
+include_guard(GLOBAL)
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+# The headers get a folder of their own: "App/", "KT/", "UI/" ... must not land directly in the
+# system's include directory.
+set(KT_TRACKING_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/KtTracking")
+set(KT_TRACKING_INSTALL_SCHEMADIR "${CMAKE_INSTALL_DATADIR}/KtTracking")
+set(KT_TRACKING_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/KtTracking")
+
+# Before 1.0 every minor release may break the binary interface, so it is part of the SONAME.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(KT_TRACKING_SOVERSION "${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+    set(KT_TRACKING_COMPATIBILITY SameMinorVersion)
+else()
+    set(KT_TRACKING_SOVERSION "${PROJECT_VERSION_MAJOR}")
+    set(KT_TRACKING_COMPATIBILITY SameMajorVersion)
+endif()
+
+# An installed tree can be moved: programs find the libraries through a path relative to
+# themselves. Set before the targets are created, as it only initialises their properties; a
+# parent project's own choice is kept.
+if(KT_TRACKING_INSTALL AND NOT DEFINED CMAKE_INSTALL_RPATH)
+    file(RELATIVE_PATH _kt_bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+    set(CMAKE_INSTALL_RPATH "$ORIGIN/${_kt_bin_to_lib}")
+endif()
+
+# kt_tracking_install_library(<target> EXPORT_NAME <name>)
+# Versions <target>, names it Kt::<name> in the package and adds it to the package's targets.
+function(kt_tracking_install_library target)
+    cmake_parse_arguments(ARG "" "EXPORT_NAME" "" ${ARGN})
+    set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${KT_TRACKING_SOVERSION}
+        EXPORT_NAME ${ARG_EXPORT_NAME})
+    if(NOT KT_TRACKING_INSTALL)
+        return()
+    endif()
+    if(NOT DEFINED CMAKE_INSTALL_RPATH OR CMAKE_INSTALL_RPATH MATCHES "^\\$ORIGIN/")
+        # The libraries lie next to each other.
+        set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    endif()
+    install(TARGETS ${target}
+        EXPORT KtTrackingTargets
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            COMPONENT Runtime
+            NAMELINK_COMPONENT Development
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT Development
+        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT Runtime
+        INCLUDES DESTINATION "${KT_TRACKING_INSTALL_INCLUDEDIR}")
+endfunction()
+
+# kt_tracking_install_headers(<root> <header>...)
+# Installs each header, given relative to <root>, at the same relative place below the include
+# root, so that the include lines of consumers stay as they are in this source tree.
+function(kt_tracking_install_headers root)
+    if(NOT KT_TRACKING_INSTALL)
+        return()
+    endif()
+    foreach(header IN LISTS ARGN)
+        get_filename_component(folder "${header}" DIRECTORY)
+        install(FILES "${root}/${header}"
+            DESTINATION "${KT_TRACKING_INSTALL_INCLUDEDIR}/${folder}"
+            COMPONENT Development)
+    endforeach()
+endfunction()
+
+# kt_tracking_install_package(): the package files, after both libraries have been added.
+function(kt_tracking_install_package)
+    if(NOT KT_TRACKING_INSTALL)
+        return()
+    endif()
+    set(build "${PROJECT_BINARY_DIR}/package")
+    configure_package_config_file(
+        "${PROJECT_SOURCE_DIR}/cmake/KtTrackingConfig.cmake.in"
+        "${build}/KtTrackingConfig.cmake"
+        INSTALL_DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
+        PATH_VARS KT_TRACKING_INSTALL_SCHEMADIR)
+    write_basic_package_version_file("${build}/KtTrackingConfigVersion.cmake"
+        VERSION ${PROJECT_VERSION}
+        COMPATIBILITY ${KT_TRACKING_COMPATIBILITY})
+    install(EXPORT KtTrackingTargets
+        NAMESPACE Kt::
+        FILE KtTrackingTargets.cmake
+        DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
+        COMPONENT Development)
+    install(FILES "${build}/KtTrackingConfig.cmake" "${build}/KtTrackingConfigVersion.cmake"
+        DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
+        COMPONENT Development)
+endfunction()
