@@ -99,35 +99,38 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         // The stop button's cause is held back and merged into the stop the capture reports,
         // which the filter has classified: 90 s is up to 2 minutes, 5 MB between 1 and 10 MB.
-        ReplayRow{"ButtonStopMergedIntoClassifiedStop",
-                  {},
-                  R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}})"
-                  "\n\n"
-                  R"({"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880",)"
-                  R"( "AUDIO_SOURCES": "", "REASON_STOP": "SUCCESS"}})"
-                  "\n",
-                  R"({"name":"CAPTURE_STOP","params":{"AUDIO_SOURCES":"OFF","DURATION":"90",)"
-                  R"("DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB",)"
-                  R"("METHOD":"BUTTON","REASON_STOP":"SUCCESS"}})"
-                  "\n"},
+        ReplayRow{
+            "ButtonStopMergedIntoClassifiedStop",
+            {},
+            R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}})"
+            "\n\n"
+            R"({"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880",)"
+            R"( "AUDIO_SOURCES": "", "REASON_STOP": "SUCCESS"}})"
+            "\n",
+            R"({"name":"CAPTURE_STOP","params":{"AUDIO_SOURCES":"OFF","DURATION":"90",)"
+            R"("DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB",)"
+            R"("METHOD":"BUTTON","REASON_STOP":"SUCCESS"}})"
+            "\n"},
         // The filter makes the hot key's cause; only a filter standing before the aggregator
         // lets it reach the start.
-        ReplayRow{"HotkeyRenamedThenMerged",
-                  {},
-                  R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "captureStartStop", "METHOD": "HOTKEY"}}
-{"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "showHideOverlays", "METHOD": "HOTKEY"}}
+        ReplayRow{
+            "HotkeyRenamedThenMerged",
+            {},
+            R"({"name":"HOTKEY_TRIGGERED","params":{"HOTKEY_ID":"captureStartStop","METHOD":"HK"}}
+{"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "showHideOverlays", "METHOD": "HK"}}
 {"name": "CAPTURE_START"}
 {"name": "CAPTURE_START"}
 )",
-                  "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"HOTKEY\"}}\n"
-                  "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
-        ReplayRow{"NoFilterLeavesRawHotkey",
-                  {"--filter", "none"},
-                  R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "captureStartStop"}}
+            "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"HK\"}}\n"
+            "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
+        ReplayRow{
+            "NoFilterLeavesRawHotkey",
+            {"--filter", "none"},
+            R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "captureStartStop"}}
 {"name": "CAPTURE_START"}
 )",
-                  "{\"name\":\"HOTKEY_TRIGGERED\",\"params\":{\"HOTKEY_ID\":\"captureStartStop\"}}\n"
-                  "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
+            "{\"name\":\"HOTKEY_TRIGGERED\",\"params\":{\"HOTKEY_ID\":\"captureStartStop\"}}\n"
+            "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
         ReplayRow{"NoStagesPassEverythingInOrder",
                   {"--filter=none", "--aggregator=none"},
                   R"({"name": "TRAY_CAPTURE_START_EVENT", "params": {"METHOD": "TRAY"}}
@@ -137,11 +140,12 @@ INSTANTIATE_TEST_SUITE_P(
                   "{\"name\":\"TRAY_CAPTURE_START_EVENT\",\"params\":{\"METHOD\":\"TRAY\"}}\n"
                   "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"
                   "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"},
-        ReplayRow{"TextFormatOfTheViewer",
-                  {"--format", "text", "--aggregator", "none"},
-                  R"({"name": "CAPTURE_STOP", "params": {"FILE_SIZE": "1048576", "AUDIO_SOURCES": "MIC"}})",
-                  "CAPTURE_STOP\n\tAUDIO_SOURCES=MIC\n\tFILE_SIZE=1048576\n"
-                  "\tFILE_SIZE_PRESET=UP_TO_1_MB\n"}),
+        ReplayRow{
+            "TextFormatOfTheViewer",
+            {"--format", "text", "--aggregator", "none"},
+            R"({"name": "CAPTURE_STOP", "params": {"FILE_SIZE": "1048576", "AUDIO_SOURCES": "M"}})",
+            "CAPTURE_STOP\n\tAUDIO_SOURCES=M\n\tFILE_SIZE=1048576\n"
+            "\tFILE_SIZE_PRESET=UP_TO_1_MB\n"}),
     [](const auto& info) { return std::string(info.param.label); });
 
 TEST(ReplayTest, OwnRuleDocumentsAreUsed)
@@ -149,12 +153,12 @@ TEST(ReplayTest, OwnRuleDocumentsAreUsed)
     QTemporaryDir dir;
     const std::string filter = Write(dir, "f.xml", R"(<filter><event event="A"><param key="K">
         <equal value="1"><modEvent name="B"/></equal></param></event></filter>)");
-    const std::string aggregator = Write(
-        dir, "a.xml",
-        "<aggregator><event event=\"C\"><affectingEventName>B</affectingEventName></event>"
-        "</aggregator>");
+    const std::string aggregator =
+        Write(dir, "a.xml",
+              "<aggregator><event event=\"C\"><affectingEventName>B</affectingEventName></event>"
+              "</aggregator>");
     const Outcome run = KtTrack({"replay", "--filter", filter, "--aggregator", aggregator, "-"},
-                            "{\"name\":\"A\",\"params\":{\"K\":\"1\"}}\n{\"name\":\"C\"}\n");
+                                "{\"name\":\"A\",\"params\":{\"K\":\"1\"}}\n{\"name\":\"C\"}\n");
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_EQ(run.out, "{\"name\":\"C\",\"params\":{\"K\":\"1\"}}\n");
 }
@@ -170,8 +174,9 @@ TEST(ReplayExpectTest, EqualIsZeroDifferentIsOneNamingTheKey)
               "{\"name\":\"CAPTURE_START\"}\n");
     const std::string same = Write(
         dir, "same.jsonl", "{\"name\": \"CAPTURE_START\", \"params\": {\"METHOD\": \"TRAY\"}}\n");
-    const std::string other = Write(
-        dir, "other.jsonl", "\n{\"name\": \"CAPTURE_START\", \"params\": {\"METHOD\": \"MENU\"}}\n");
+    const std::string other =
+        Write(dir, "other.jsonl",
+              "\n{\"name\": \"CAPTURE_START\", \"params\": {\"METHOD\": \"MENU\"}}\n");
 
     const Outcome equal = KtTrack({"replay", "--expect", same, events});
     EXPECT_EQ(equal.code, 0) << equal.out << equal.err;
@@ -221,18 +226,17 @@ const std::string kTwoGood = "{\"name\":\"A\"}\n{\"name\":\"B\",\"params\":{}}\n
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, MalformedInputTest,
-    testing::Values(MalformedRow{"BrokenJson", kTwoGood + "{\"name\":\"C\",}\n",
-                                 "3: invalid JSON at column"},
-                    MalformedRow{"BlankLinesStillCount", "\n" + kTwoGood + "\r\n[1]\n",
-                                 "5: expected an object"},
-                    MalformedRow{"NameMissing", kTwoGood + "{\"params\":{}}", "3: \"name\" is missing"},
-                    MalformedRow{"NameNotString", "{\"name\":7}", "1: \"name\" must be a string"},
-                    MalformedRow{"NumberValue", kTwoGood + "{\"name\":\"C\",\"params\":{\"D\":90}}",
-                                 "3: value of \"D\" must be a string, not a number"},
-                    MalformedRow{"ParamsArray", "{\"name\":\"C\",\"params\":[]}",
-                                 "1: \"params\" must be an object"},
-                    MalformedRow{"MisspelledKey", "{\"name\":\"C\",\"param\":{}}",
-                                 "1: unknown key \"param\""}),
+    testing::Values(
+        MalformedRow{"BrokenJson", kTwoGood + "{\"name\":\"C\",}\n", "3: invalid JSON at column"},
+        MalformedRow{"BlankLinesStillCount", "\n" + kTwoGood + "\r\n[1]\n",
+                     "5: expected an object"},
+        MalformedRow{"NameMissing", kTwoGood + "{\"params\":{}}", "3: \"name\" is missing"},
+        MalformedRow{"NameNotString", "{\"name\":7}", "1: \"name\" must be a string"},
+        MalformedRow{"NumberValue", kTwoGood + "{\"name\":\"C\",\"params\":{\"D\":90}}",
+                     "3: value of \"D\" must be a string, not a number"},
+        MalformedRow{"ParamsArray", "{\"name\":\"C\",\"params\":[]}",
+                     "1: \"params\" must be an object"},
+        MalformedRow{"MisspelledKey", "{\"name\":\"C\",\"param\":{}}", "1: unknown key \"param\""}),
     [](const auto& info) { return std::string(info.param.label); });
 
 TEST(MalformedInputTest, CommandExitsWithTwoAndTheLine)
@@ -389,8 +393,7 @@ TEST_P(SeededErrorTest, ReportedAtItsLine)
 INSTANTIATE_TEST_SUITE_P(
     Shipped, SeededErrorTest,
     testing::Values(
-        SeedRow{"UnclosedTag", "FilterConfig.xml", "</param>", "",
-                "</event>", ": error: "},
+        SeedRow{"UnclosedTag", "FilterConfig.xml", "</param>", "", "</event>", ": error: "},
         SeedRow{"BadBoolean", "FilterConfig.xml", "skipFullRepeats=\"true\"",
                 "skipFullRepeats=\"maybe\"", "maybe", "invalid"},
         SeedRow{"MissingAttribute", "AggregatorConfig.xml", "<event event=\"CAPTURE_PAUSE\">",
@@ -407,8 +410,8 @@ INSTANTIATE_TEST_SUITE_P(
 struct CrossRow
 {
     const char* label;
-    std::string emitted;  // event names the main document's scheduler start emits, one each
-    std::string filter;   // inside <filter>; empty: no filter document
+    std::string emitted;     // event names the main document's scheduler start emits, one each
+    std::string filter;      // inside <filter>; empty: no filter document
     std::string aggregator;  // inside <aggregator>; empty: no aggregator document
     std::vector<std::string> warnings;  // substrings, each of one warning line, in order
 };
@@ -441,11 +444,10 @@ TEST_P(CrossCheckTest, WarnsOfRulesThatCannotWork)
 {
     const CrossRow& row = GetParam();
     Tool::Schemas schemas;
-    const auto main = Parse(
-        "main.xml",
-        "<ktmstat><instances><IDurationLimiter><beforeUserStop event=\"" + row.emitted +
-            "\"/></IDurationLimiter></instances></ktmstat>",
-        schemas);
+    const auto main = Parse("main.xml",
+                            "<ktmstat><instances><IDurationLimiter><beforeUserStop event=\"" +
+                                row.emitted + "\"/></IDurationLimiter></instances></ktmstat>",
+                            schemas);
     std::unique_ptr<Tool::RuleDocument> filter;
     std::unique_ptr<Tool::RuleDocument> aggregator;
     std::ostringstream lines;
@@ -482,54 +484,82 @@ INSTANTIATE_TEST_SUITE_P(
     Documents, CrossCheckTest,
     testing::Values(
         CrossRow{"BlockForEmittedEvent", "A", Block("A", "<any/>"), "", {}},
-        CrossRow{"BlockNothingEmits", "A", Block("Z", "<any/>"), "",
+        CrossRow{"BlockNothingEmits",
+                 "A",
+                 Block("Z", "<any/>"),
+                 "",
                  {"filter.xml: warning: the block for 'Z' never applies: main.xml emits no such "
                   "event and no block renames"}},
         CrossRow{"BlockAfterRenameApplies", "A", kRenameAToB + Block("B", "<any/>"), "", {}},
-        CrossRow{"BlockBeforeRenameNever", "A", Block("B", "<any/>") + kRenameAToB, "",
+        CrossRow{"BlockBeforeRenameNever",
+                 "A",
+                 Block("B", "<any/>") + kRenameAToB,
+                 "",
                  {"'B' never applies: main.xml emits no such event, and only a later block"}},
         // A rename in a block that never applies produces nothing either.
-        CrossRow{"RenameOfUnemittedEvent", "A",
-                 Block("Q", "<any><modEvent name=\"B\"/></any>") + Block("B", "<any/>"), "",
+        CrossRow{"RenameOfUnemittedEvent",
+                 "A",
+                 Block("Q", "<any><modEvent name=\"B\"/></any>") + Block("B", "<any/>"),
+                 "",
                  {"the block for 'Q' never applies",
                   "'B' never applies: main.xml emits no such event, and the blocks before it"}},
-        CrossRow{"AffectingMadeByFilter", "A", kRenameAToB,
-                 "<event event=\"A\"><affectingEventName>B</affectingEventName></event>", {}},
-        CrossRow{"AffectingWithoutFilter", "A", "",
+        CrossRow{"AffectingMadeByFilter",
+                 "A",
+                 kRenameAToB,
+                 "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
+                 {}},
+        CrossRow{"AffectingWithoutFilter",
+                 "A",
+                 "",
                  "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
                  {"agg.xml: warning: affecting event 'B' of 'A' never arrives: main.xml does not "
                   "emit it"}},
-        CrossRow{"MainNeverArrives", "A", kRenameAToB,
+        CrossRow{"MainNeverArrives",
+                 "A",
+                 kRenameAToB,
                  "<event event=\"C\"><affectingEventName>B</affectingEventName></event>",
                  {"main event 'C' never arrives: neither main.xml nor the renames of filter.xml"}},
-        CrossRow{"MainAlsoAffecting", "A", "",
+        CrossRow{"MainAlsoAffecting",
+                 "A",
+                 "",
                  "<event event=\"A\"><affectingEventName>A</affectingEventName></event>",
                  {"'A' is a main event and also an affecting event of 'A'"}},
         CrossRow{"ApplicationStartIsEmitted", "A", Block("APP_EVERY_START", "<any/>"), "", {}},
         // Ranges of one param: bounds are inclusive and the first range that matches wins.
-        CrossRow{"AscendingThresholds", "A",
-                 Block("A", "<inRange to=\"1048576\"/><inRange to=\"10485760\"/>"
-                            "<inRange from=\"10485761\"/>"),
+        CrossRow{"AscendingThresholds",
+                 "A",
+                 Block("A",
+                       "<inRange to=\"1048576\"/><inRange to=\"10485760\"/>"
+                       "<inRange from=\"10485761\"/>"),
                  "",
                  {"no range matches the values between 10485760 and 10485761 (such as "
                   "10485760.5)"}},
-        CrossRow{"SharedBound", "A",
-                 Block("A", "<inRange from=\"1801\" to=\"3600\"/>"
-                            "<inRange from=\"3600\" to=\"10800\"/>"),
+        CrossRow{"SharedBound",
+                 "A",
+                 Block("A",
+                       "<inRange from=\"1801\" to=\"3600\"/>"
+                       "<inRange from=\"3600\" to=\"10800\"/>"),
                  "",
                  {"inRange from=\"1801\" to=\"3600\" and inRange from=\"3600\" to=\"10800\" "
                   "touch: 3600 matches only inRange from=\"1801\" to=\"3600\""}},
-        CrossRow{"CoveredByEarlier", "A",
-                 Block("A", "<inRange to=\"100\"/><inRange from=\"50\"/>"
-                            "<inRange from=\"60\" to=\"70\"/>"),
+        CrossRow{"CoveredByEarlier",
+                 "A",
+                 Block("A",
+                       "<inRange to=\"100\"/><inRange from=\"50\"/>"
+                       "<inRange from=\"60\" to=\"70\"/>"),
                  "",
                  {"inRange from=\"60\" to=\"70\" never matches: the ranges before it cover"}},
-        CrossRow{"NoBounds", "A", Block("A", "<inRange/><inRange from=\"0\"/>"), "",
+        CrossRow{"NoBounds",
+                 "A",
+                 Block("A", "<inRange/><inRange from=\"0\"/>"),
+                 "",
                  {"inRange without \"from\" or \"to\" never matches"}},
         // Inverted ranges match outside their bounds and take no part.
-        CrossRow{"InvertedIgnored", "A",
-                 Block("A", "<inRange to=\"10\"/><inRange actOn=\"false\" from=\"20\" to=\"30\"/>"
-                            "<inRange from=\"10\"/>"),
+        CrossRow{"InvertedIgnored",
+                 "A",
+                 Block("A",
+                       "<inRange to=\"10\"/><inRange actOn=\"false\" from=\"20\" to=\"30\"/>"
+                       "<inRange from=\"10\"/>"),
                  "",
                  {"touch: 10 matches only inRange to=\"10\""}}),
     [](const auto& info) { return std::string(info.param.label); });
@@ -589,18 +619,17 @@ TEST_P(ProcessTest, ExitStatus)
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, ProcessTest,
-    testing::Values(ProcessRow{"Help", {"--help"}, 0},
-                    ProcessRow{"NoCommand", {}, 2},
-                    ProcessRow{"UnknownCommand", {"fly"}, 2},
-                    ProcessRow{"ReplayEmptyInput", {"replay", "-"}, 0},
-                    ProcessRow{"ReplayMissingFile", {"replay", "/nonexistent.jsonl"}, 2},
-                    ProcessRow{"ReplayWrongKindOfDocument",
-                               {"replay", "--filter", "@/AggregatorConfig.xml", "-"}, 2},
-                    ProcessRow{"CheckShippedSet",
-                               {"check", "@/Config.xml", "@/FilterConfig.xml",
-                                "@/AggregatorConfig.xml"},
-                               0},
-                    ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2}),
+    testing::Values(
+        ProcessRow{"Help", {"--help"}, 0}, ProcessRow{"NoCommand", {}, 2},
+        ProcessRow{"UnknownCommand", {"fly"}, 2},
+        ProcessRow{"ReplayEmptyInput", {"replay", "-"}, 0},
+        ProcessRow{"ReplayMissingFile", {"replay", "/nonexistent.jsonl"}, 2},
+        ProcessRow{
+            "ReplayWrongKindOfDocument", {"replay", "--filter", "@/AggregatorConfig.xml", "-"}, 2},
+        ProcessRow{"CheckShippedSet",
+                   {"check", "@/Config.xml", "@/FilterConfig.xml", "@/AggregatorConfig.xml"},
+                   0},
+        ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2}),
     [](const auto& info) { return std::string(info.param.label); });
 
 }  // namespace

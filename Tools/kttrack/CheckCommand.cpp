@@ -117,9 +117,10 @@ int RunCheck(const std::vector<std::string>& args, std::ostream& out, std::ostre
         }
         if (!twice.empty())
         {
-            report.Note(set.main->path, "not checked against the rule documents: its set has more "
-                                        "than one " + twice +
-                                            " document (separate sets with '+')");
+            report.Note(set.main->path,
+                        "not checked against the rule documents: its set has more "
+                        "than one " +
+                            twice + " document (separate sets with '+')");
             continue;
         }
         CrossCheck(*set.main, set.filter, set.aggregator, report);

@@ -65,8 +65,8 @@ Tracking::Event ParseLine(const QByteArray& line, const std::string& where)
     const QJsonDocument document = QJsonDocument::fromJson(line, &error);
     if (error.error != QJsonParseError::NoError)
     {
-        throw ToolError(where + "invalid JSON at column " + std::to_string(error.offset + 1) + ": " +
-                        error.errorString().toStdString());
+        throw ToolError(where + "invalid JSON at column " + std::to_string(error.offset + 1) +
+                        ": " + error.errorString().toStdString());
     }
     if (!document.isObject())
     {

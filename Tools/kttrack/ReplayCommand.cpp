@@ -78,8 +78,7 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
             options.format = take();
             if (options.format != "jsonl" && options.format != "text")
             {
-                throw ToolError("replay: unknown format '" + options.format +
-                                "' (jsonl or text)");
+                throw ToolError("replay: unknown format '" + options.format + "' (jsonl or text)");
             }
         }
         else if (arg == "--expect")
@@ -106,8 +105,9 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
     }
     if (options.expect && *options.expect == "-" && options.events == "-")
     {
-        throw ToolError("replay: the events and the expected events cannot both be read from "
-                        "standard input");
+        throw ToolError(
+            "replay: the events and the expected events cannot both be read from "
+            "standard input");
     }
     return options;
 }
@@ -115,8 +115,7 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
 // The text of a stage's document: the shipped one, none, or a file checked to be readable by
 // the stage (the stage itself would only log and pass everything).
 std::optional<std::string> StageDocument(const std::string& option, DocumentKind kind,
-                                         const char* shipped, Schemas& schemas,
-                                         std::ostream& err)
+                                         const char* shipped, Schemas& schemas, std::ostream& err)
 {
     if (option == "none")
     {
@@ -130,8 +129,7 @@ std::optional<std::string> StageDocument(const std::string& option, DocumentKind
     const std::unique_ptr<RuleDocument> document = ReadRuleDocument(option, schemas, report);
     if (!document)
     {
-        throw ToolError("replay: cannot use " + option + " as the " + KindName(kind) +
-                        " document");
+        throw ToolError("replay: cannot use " + option + " as the " + KindName(kind) + " document");
     }
     if (document->kind != kind)
     {
@@ -177,8 +175,8 @@ int RunReplay(const std::vector<std::string>& args, std::istream& in, std::ostre
     {
         const ReplayOptions options = ParseOptions(args);
         Schemas schemas;
-        const std::optional<std::string> filter = StageDocument(
-            options.filter, DocumentKind::Filter, "FilterConfig.xml", schemas, err);
+        const std::optional<std::string> filter =
+            StageDocument(options.filter, DocumentKind::Filter, "FilterConfig.xml", schemas, err);
         const std::optional<std::string> aggregator = StageDocument(
             options.aggregator, DocumentKind::Aggregator, "AggregatorConfig.xml", schemas, err);
 
@@ -215,7 +213,8 @@ int RunReplay(const std::vector<std::string>& args, std::istream& in, std::ostre
         }
         for (const Tracking::Event& event : delivered)
         {
-            out << (options.format == "text" ? Tracking::EventText(event) : EventJson(event) + "\n");
+            out << (options.format == "text" ? Tracking::EventText(event)
+                                             : EventJson(event) + "\n");
         }
         return 0;
     }

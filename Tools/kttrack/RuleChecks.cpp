@@ -177,10 +177,10 @@ void CheckRanges(const std::string& path, const std::string& where,
               [](const Range& a, const Range& b) { return a.from < b.from; });
     for (std::size_t i = 1; i < ranges.size(); ++i)
     {
-        const double reached = std::max_element(ranges.begin(), ranges.begin() + i,
-                                                [](const Range& a, const Range& b)
-                                                { return a.to < b.to; })
-                                   ->to;
+        const double reached =
+            std::max_element(ranges.begin(), ranges.begin() + i,
+                             [](const Range& a, const Range& b) { return a.to < b.to; })
+                ->to;
         if (ranges[i].from > reached)
         {
             report.Warning(path, where + "no range matches the values between " + Number(reached) +
@@ -194,10 +194,9 @@ void CheckRanges(const std::string& path, const std::string& where,
 
 std::set<std::string> EmittedEventNames(const std::string& mainText)
 {
-    std::set<std::string> names{Analytics::APP_FIRST_START,
-                                Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE,
-                                Analytics::APP_EVERY_START, Analytics::APP_FAILED,
-                                Analytics::APP_EXIT};
+    std::set<std::string> names{
+        Analytics::APP_FIRST_START, Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE,
+        Analytics::APP_EVERY_START, Analytics::APP_FAILED, Analytics::APP_EXIT};
     QXmlStreamReader reader(
         QByteArray::fromRawData(mainText.data(), static_cast<int>(mainText.size())));
     while (!reader.atEnd())
@@ -205,7 +204,8 @@ std::set<std::string> EmittedEventNames(const std::string& mainText)
         if (reader.readNext() == QXmlStreamReader::StartElement &&
             reader.attributes().hasAttribute(QLatin1String("event")))
         {
-            names.insert(reader.attributes().value(QLatin1String("event")).toString().toStdString());
+            names.insert(
+                reader.attributes().value(QLatin1String("event")).toString().toStdString());
         }
     }
     return names;
@@ -239,7 +239,8 @@ void CheckAggregatorRoles(const RuleDocument& aggregator, Report& report)
             if (mains.count(affecting) && reported.insert(affecting).second)
             {
                 report.Warning(aggregator.path,
-                               Quote(affecting) + " is a main event and also an affecting event of " +
+                               Quote(affecting) +
+                                   " is a main event and also an affecting event of " +
                                    Quote(block.event()) + ": it is never delivered");
             }
         }
@@ -278,16 +279,17 @@ void CrossCheck(const RuleDocument& main, const RuleDocument* filter,
                 continue;
             }
             const auto later = firstRename.find(name);
-            std::string message = "the block for " + Quote(name) + " never applies: " +
-                                  main.path + " emits no such event";
+            std::string message = "the block for " + Quote(name) + " never applies: " + main.path +
+                                  " emits no such event";
             if (later == firstRename.end())
             {
                 message += " and no block renames events to it";
             }
             else if (later->second > i)
             {
-                message += ", and only a later block renames events to it (blocks apply in "
-                           "document order)";
+                message +=
+                    ", and only a later block renames events to it (blocks apply in "
+                    "document order)";
             }
             else
             {
@@ -308,8 +310,8 @@ void CrossCheck(const RuleDocument& main, const RuleDocument* filter,
     {
         if (!seen.count(block.event()) && reported.insert(block.event()).second)
         {
-            report.Warning(aggregator->path, "main event " + Quote(block.event()) +
-                                                 " never arrives: " + source);
+            report.Warning(aggregator->path,
+                           "main event " + Quote(block.event()) + " never arrives: " + source);
         }
         for (const auto& affecting : block.affectingEventName())
         {

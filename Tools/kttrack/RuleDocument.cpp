@@ -55,10 +55,10 @@ std::optional<Root> DetectKind(const std::string& path, const std::string& text,
         const std::string name = reader.name().toString().toStdString();
         if (!reader.namespaceUri().isEmpty())
         {
-            report.Error(Where(path, position),
-                         "root element '" + name + "' is in the namespace '" +
-                             reader.namespaceUri().toString().toStdString() +
-                             "'; documents use no namespace");
+            report.Error(Where(path, position), "root element '" + name +
+                                                    "' is in the namespace '" +
+                                                    reader.namespaceUri().toString().toStdString() +
+                                                    "'; documents use no namespace");
             return std::nullopt;
         }
         for (const DocumentKind kind :
@@ -99,10 +99,10 @@ std::vector<Diagnostic> Diagnostics(const ::xml_schema::parsing& parsing)
     std::vector<Diagnostic> result;
     for (const auto& d : parsing.diagnostics())
     {
-        result.push_back({{static_cast<unsigned long>(d.line()),
-                           static_cast<unsigned long>(d.column())},
-                          d.severity() == ::xml_schema::severity::error,
-                          d.message()});
+        result.push_back(
+            {{static_cast<unsigned long>(d.line()), static_cast<unsigned long>(d.column())},
+             d.severity() == ::xml_schema::severity::error,
+             d.message()});
     }
     return result;
 }
@@ -356,7 +356,8 @@ bool ValidateRuleDocument(const RuleDocument& document, Schemas& schemas, Report
     const std::string schema = SchemaFileName(document.kind);
     try
     {
-        const std::vector<Diagnostic> violations = Violations(document.kind, document.text, schemas);
+        const std::vector<Diagnostic> violations =
+            Violations(document.kind, document.text, schemas);
         bool valid = true;
         for (const auto& v : violations)
         {

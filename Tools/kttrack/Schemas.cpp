@@ -53,7 +53,8 @@ std::string Schemas::Location(const std::string& fileName)
                         file.errorString().toStdString());
     }
     file.close();
-    const std::string location = QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded).toStdString();
+    const std::string location =
+        QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded).toStdString();
     m_locations.emplace(fileName, location);
     return location;
 }
