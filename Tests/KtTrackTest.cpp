@@ -1,0 +1,635 @@
+// The rule authors' tool: replaying events through the real stages, comparing with expected
+// events, reading and validating documents with positions, and the checks across documents.
+
+#include "EventDiff.h"
+#include "EventsJson.h"
+#include "KtTrack.h"
+#include "Report.h"
+#include "RuleChecks.h"
+#include "RuleDocument.h"
+#include "Schemas.h"
+#include "ToolError.h"
+
+#include "Tracking/ConfigLoader.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using Velkor::KT::Tracking::Event;
+using Velkor::KT::Tracking::LoadConfigFromQrc;
+namespace Tool = Velkor::KT::KtTrack;
+
+namespace
+{
+
+const std::string kConfigDir = SOURCE_CONFIG_DIR;
+
+struct Outcome
+{
+    int code;
+    std::string out;
+    std::string err;
+};
+
+Outcome KtTrack(const std::vector<std::string>& args, const std::string& input = {})
+{
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream err;
+    const int code = Tool::RunKtTrack(args, in, out, err);
+    return {code, out.str(), err.str()};
+}
+
+std::string Write(const QTemporaryDir& dir, const std::string& name, const std::string& text)
+{
+    const QString path = dir.filePath(QString::fromStdString(name));
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text.data(), static_cast<qint64>(text.size()));
+    return path.toStdString();
+}
+
+int LineOf(const std::string& text, std::size_t offset)
+{
+    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + offset, '\n'));
+}
+
+// ---- replay: the real stages, end to end through the command line ---------------------------
+
+struct ReplayRow
+{
+    const char* label;
+    std::vector<std::string> options;
+    std::string events;
+    std::string expectedOut;
+};
+
+void PrintTo(const ReplayRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class ReplayTest : public testing::TestWithParam<ReplayRow>
+{
+};
+
+TEST_P(ReplayTest, DeliversWhatTheStagesLetThrough)
+{
+    const ReplayRow& row = GetParam();
+    std::vector<std::string> args{"replay"};
+    args.insert(args.end(), row.options.begin(), row.options.end());
+    args.push_back("-");
+    const Outcome run = KtTrack(args, row.events);
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out, row.expectedOut);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ShippedAndNone, ReplayTest,
+    testing::Values(
+        // The stop button's cause is held back and merged into the stop the capture reports,
+        // which the filter has classified: 90 s is up to 2 minutes, 5 MB between 1 and 10 MB.
+        ReplayRow{
+            "ButtonStopMergedIntoClassifiedStop",
+            {},
+            R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}})"
+            "\n\n"
+            R"({"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880",)"
+            R"( "AUDIO_SOURCES": "", "REASON_STOP": "SUCCESS"}})"
+            "\n",
+            R"({"name":"CAPTURE_STOP","params":{"AUDIO_SOURCES":"OFF","DURATION":"90",)"
+            R"("DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB",)"
+            R"("METHOD":"BUTTON","REASON_STOP":"SUCCESS"}})"
+            "\n"},
+        // The filter makes the hot key's cause; only a filter standing before the aggregator
+        // lets it reach the start.
+        ReplayRow{
+            "HotkeyRenamedThenMerged",
+            {},
+            R"({"name":"HOTKEY_TRIGGERED","params":{"HOTKEY_ID":"captureStartStop","METHOD":"HK"}}
+{"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "showHideOverlays", "METHOD": "HK"}}
+{"name": "CAPTURE_START"}
+{"name": "CAPTURE_START"}
+)",
+            "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"HK\"}}\n"
+            "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
+        ReplayRow{
+            "NoFilterLeavesRawHotkey",
+            {"--filter", "none"},
+            R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "captureStartStop"}}
+{"name": "CAPTURE_START"}
+)",
+            "{\"name\":\"HOTKEY_TRIGGERED\",\"params\":{\"HOTKEY_ID\":\"captureStartStop\"}}\n"
+            "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
+        ReplayRow{"NoStagesPassEverythingInOrder",
+                  {"--filter=none", "--aggregator=none"},
+                  R"({"name": "TRAY_CAPTURE_START_EVENT", "params": {"METHOD": "TRAY"}}
+{"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
+{"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
+)",
+                  "{\"name\":\"TRAY_CAPTURE_START_EVENT\",\"params\":{\"METHOD\":\"TRAY\"}}\n"
+                  "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"
+                  "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"},
+        ReplayRow{
+            "TextFormatOfTheViewer",
+            {"--format", "text", "--aggregator", "none"},
+            R"({"name": "CAPTURE_STOP", "params": {"FILE_SIZE": "1048576", "AUDIO_SOURCES": "M"}})",
+            "CAPTURE_STOP\n\tAUDIO_SOURCES=M\n\tFILE_SIZE=1048576\n"
+            "\tFILE_SIZE_PRESET=UP_TO_1_MB\n"}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+TEST(ReplayTest, OwnRuleDocumentsAreUsed)
+{
+    QTemporaryDir dir;
+    const std::string filter = Write(dir, "f.xml", R"(<filter><event event="A"><param key="K">
+        <equal value="1"><modEvent name="B"/></equal></param></event></filter>)");
+    const std::string aggregator =
+        Write(dir, "a.xml",
+              "<aggregator><event event=\"C\"><affectingEventName>B</affectingEventName></event>"
+              "</aggregator>");
+    const Outcome run = KtTrack({"replay", "--filter", filter, "--aggregator", aggregator, "-"},
+                                "{\"name\":\"A\",\"params\":{\"K\":\"1\"}}\n{\"name\":\"C\"}\n");
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out, "{\"name\":\"C\",\"params\":{\"K\":\"1\"}}\n");
+}
+
+// ---- replay --expect --------------------------------------------------------------------------
+
+TEST(ReplayExpectTest, EqualIsZeroDifferentIsOneNamingTheKey)
+{
+    QTemporaryDir dir;
+    const std::string events =
+        Write(dir, "events.jsonl",
+              "{\"name\":\"TRAY_CAPTURE_START_EVENT\",\"params\":{\"METHOD\":\"TRAY\"}}\n"
+              "{\"name\":\"CAPTURE_START\"}\n");
+    const std::string same = Write(
+        dir, "same.jsonl", "{\"name\": \"CAPTURE_START\", \"params\": {\"METHOD\": \"TRAY\"}}\n");
+    const std::string other =
+        Write(dir, "other.jsonl",
+              "\n{\"name\": \"CAPTURE_START\", \"params\": {\"METHOD\": \"MENU\"}}\n");
+
+    const Outcome equal = KtTrack({"replay", "--expect", same, events});
+    EXPECT_EQ(equal.code, 0) << equal.out << equal.err;
+    EXPECT_EQ(equal.out, "");
+
+    const Outcome different = KtTrack({"replay", "--expect", other, events});
+    EXPECT_EQ(different.code, 1);
+    EXPECT_EQ(different.out, other +
+                                 ":2: event #1 CAPTURE_START: \"METHOD\": expected \"MENU\", "
+                                 "delivered \"TRAY\"\n");
+}
+
+// ---- malformed input ----------------------------------------------------------------------
+
+struct MalformedRow
+{
+    const char* label;
+    std::string text;
+    std::string message;  // after "events.jsonl:"
+};
+
+void PrintTo(const MalformedRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class MalformedInputTest : public testing::TestWithParam<MalformedRow>
+{
+};
+
+TEST_P(MalformedInputTest, NamesFileLineAndFault)
+{
+    const MalformedRow& row = GetParam();
+    try
+    {
+        Tool::ParseEvents(QByteArray::fromStdString(row.text), "events.jsonl");
+        FAIL() << "accepted";
+    }
+    catch (const Tool::ToolError& error)
+    {
+        EXPECT_EQ(std::string(error.what()).rfind("events.jsonl:" + row.message, 0), 0u)
+            << error.what();
+    }
+}
+
+const std::string kTwoGood = "{\"name\":\"A\"}\n{\"name\":\"B\",\"params\":{}}\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, MalformedInputTest,
+    testing::Values(
+        MalformedRow{"BrokenJson", kTwoGood + "{\"name\":\"C\",}\n", "3: invalid JSON at column"},
+        MalformedRow{"BlankLinesStillCount", "\n" + kTwoGood + "\r\n[1]\n",
+                     "5: expected an object"},
+        MalformedRow{"NameMissing", kTwoGood + "{\"params\":{}}", "3: \"name\" is missing"},
+        MalformedRow{"NameNotString", "{\"name\":7}", "1: \"name\" must be a string"},
+        MalformedRow{"NumberValue", kTwoGood + "{\"name\":\"C\",\"params\":{\"D\":90}}",
+                     "3: value of \"D\" must be a string, not a number"},
+        MalformedRow{"ParamsArray", "{\"name\":\"C\",\"params\":[]}",
+                     "1: \"params\" must be an object"},
+        MalformedRow{"MisspelledKey", "{\"name\":\"C\",\"param\":{}}", "1: unknown key \"param\""}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+TEST(MalformedInputTest, CommandExitsWithTwoAndTheLine)
+{
+    const Outcome run = KtTrack({"replay", "-"}, kTwoGood + "{\"name\":\n");
+    EXPECT_EQ(run.code, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_NE(run.err.find("<stdin>:3: "), std::string::npos) << run.err;
+}
+
+// Texts that need escaping come back unchanged.
+TEST(EventsJsonTest, WrittenEventsReadBack)
+{
+    const std::vector<Event> events{
+        {"A", {}},
+        {"QUOTE\"BACK\\SLASH", {{"TAB\tKEY", "line\nbreak"}, {"EMPTY", ""}}},
+        {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f"}}}};
+    QByteArray lines;
+    for (const Event& event : events)
+    {
+        lines += QByteArray::fromStdString(Tool::EventJson(event)) + '\n';
+    }
+    const std::vector<Tool::NumberedEvent> read = Tool::ParseEvents(lines, "x");
+    ASSERT_EQ(read.size(), events.size());
+    for (std::size_t i = 0; i < events.size(); ++i)
+    {
+        EXPECT_EQ(read[i].event, events[i]) << i;
+        EXPECT_EQ(read[i].line, int(i) + 1);
+    }
+}
+
+// ---- the difference ------------------------------------------------------------------------
+
+struct DiffRow
+{
+    const char* label;
+    std::vector<Event> expected;
+    std::vector<Event> delivered;
+    std::vector<std::string> lines;
+};
+
+void PrintTo(const DiffRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class EventDiffTest : public testing::TestWithParam<DiffRow>
+{
+};
+
+TEST_P(EventDiffTest, DescribesEachDifference)
+{
+    const DiffRow& row = GetParam();
+    std::vector<Tool::NumberedEvent> expected;
+    for (std::size_t i = 0; i < row.expected.size(); ++i)
+    {
+        expected.push_back({row.expected[i], int(10 + i)});
+    }
+    EXPECT_EQ(Tool::DiffEvents(expected, row.delivered, "out"), row.lines);
+}
+
+const Event kStart{"CAPTURE_START", {{"METHOD", "TRAY"}}};
+const Event kPause{"CAPTURE_PAUSE", {{"DURATION", "5"}}};
+const Event kStop{"CAPTURE_STOP", {{"DURATION", "90"}, {"METHOD", "BUTTON"}}};
+
+INSTANTIATE_TEST_SUITE_P(
+    Pairs, EventDiffTest,
+    testing::Values(
+        DiffRow{"Equal", {kStart, kStop}, {kStart, kStop}, {}},
+        DiffRow{"ValueDiffers",
+                {kStart, kStop},
+                {kStart, {"CAPTURE_STOP", {{"DURATION", "91"}, {"METHOD", "BUTTON"}}}},
+                {"out:11: event #2 CAPTURE_STOP: \"DURATION\": expected \"90\", delivered \"91\""}},
+        DiffRow{"KeyMissingAndKeyExtra",
+                {kStop},
+                {{"CAPTURE_STOP", {{"DURATION", "90"}, {"REASON", "X"}}}},
+                {"out:10: event #1 CAPTURE_STOP: \"METHOD\": expected \"BUTTON\", not delivered",
+                 "out:10: event #1 CAPTURE_STOP: \"REASON\": not expected, delivered \"X\""}},
+        // Later events stay paired with their own counterparts.
+        DiffRow{"MissingInTheMiddle",
+                {kStart, kPause, kStop},
+                {kStart, kStop},
+                {"out:11: event #2 missing: "
+                 "{\"name\":\"CAPTURE_PAUSE\",\"params\":{\"DURATION\":\"5\"}}"}},
+        DiffRow{"UnexpectedThenValueDiffers",
+                {kStart, kStop},
+                {kStart, kPause, {"CAPTURE_STOP", {{"DURATION", "90"}, {"METHOD", "MENU"}}}},
+                {"delivered event #2 not expected: "
+                 "{\"name\":\"CAPTURE_PAUSE\",\"params\":{\"DURATION\":\"5\"}}",
+                 "out:11: event #2 (delivered #3) CAPTURE_STOP: \"METHOD\": expected \"BUTTON\", "
+                 "delivered \"MENU\""}},
+        DiffRow{"NothingDelivered",
+                {kStart},
+                {},
+                {"out:10: event #1 missing: "
+                 "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"TRAY\"}}"}}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+// ---- check: shipped documents and seeded errors --------------------------------------------
+
+TEST(CheckTest, ShippedDocumentsHaveNoErrors)
+{
+    std::vector<std::string> args{"check"};
+    for (const char* name : {"Config.xml", "ConfigGACA.xml", "FilterConfig.xml",
+                             "FilterConfigGACA.xml", "AggregatorConfig.xml"})
+    {
+        args.push_back(kConfigDir + "/" + name);
+    }
+    const Outcome run = KtTrack(args);
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.err.find(": error:"), std::string::npos) << run.err;
+    EXPECT_NE(run.out.find("5 documents checked: 0 errors"), std::string::npos) << run.out;
+}
+
+struct SeedRow
+{
+    const char* label;
+    const char* document;
+    std::string find;
+    std::string replace;
+    std::string errorAt;  // the error is on the first line at or after the seed holding this
+    std::string message;
+};
+
+void PrintTo(const SeedRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class SeededErrorTest : public testing::TestWithParam<SeedRow>
+{
+};
+
+TEST_P(SeededErrorTest, ReportedAtItsLine)
+{
+    const SeedRow& row = GetParam();
+    std::string text = LoadConfigFromQrc(std::string("/KT/Tracking/") + row.document);
+    const std::size_t seed = text.find(row.find);
+    ASSERT_NE(seed, std::string::npos);
+    text.replace(seed, row.find.size(), row.replace);
+    const std::size_t at = text.find(row.errorAt, seed);
+    ASSERT_NE(at, std::string::npos);
+
+    QTemporaryDir dir;
+    const std::string path = Write(dir, row.document, text);
+    const Outcome run = KtTrack({"check", path});
+    EXPECT_EQ(run.code, 2);
+    const std::string prefix = path + ":" + std::to_string(LineOf(text, at)) + ":";
+    const std::size_t line = run.err.find(prefix);
+    ASSERT_NE(line, std::string::npos) << run.err;
+    EXPECT_NE(run.err.find(row.message, line), std::string::npos) << run.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shipped, SeededErrorTest,
+    testing::Values(
+        SeedRow{"UnclosedTag", "FilterConfig.xml", "</param>", "", "</event>", ": error: "},
+        SeedRow{"BadBoolean", "FilterConfig.xml", "skipFullRepeats=\"true\"",
+                "skipFullRepeats=\"maybe\"", "maybe", "invalid"},
+        SeedRow{"MissingAttribute", "AggregatorConfig.xml", "<event event=\"CAPTURE_PAUSE\">",
+                "<event>", "<event>", "expected attribute 'event'"},
+        // Read by the application without complaint, but everything after it is ignored there.
+        SeedRow{"SectionsSwapped", "Config.xml", "<gui>", "<instances/><gui>", "<gui>",
+                "(KtmStat.xsd)"},
+        SeedRow{"UnknownRoot", "AggregatorConfig.xml", "<aggregator ", "<aggregators ",
+                "<aggregators", "unknown root element 'aggregators'"}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+// ---- check: the rules and the documents across --------------------------------------------
+
+struct CrossRow
+{
+    const char* label;
+    std::string emitted;     // event names the main document's scheduler start emits, one each
+    std::string filter;      // inside <filter>; empty: no filter document
+    std::string aggregator;  // inside <aggregator>; empty: no aggregator document
+    std::vector<std::string> warnings;  // substrings, each of one warning line, in order
+};
+
+void PrintTo(const CrossRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class CrossCheckTest : public testing::TestWithParam<CrossRow>
+{
+};
+
+std::unique_ptr<Tool::RuleDocument> Parse(const std::string& path, const std::string& text,
+                                          Tool::Schemas& schemas)
+{
+    std::ostringstream errors;
+    Tool::Report report(errors);
+    auto document = Tool::ParseRuleDocument(path, text, schemas, report);
+    EXPECT_TRUE(document) << errors.str();
+    return document;
+}
+
+std::string Block(const std::string& event, const std::string& param)
+{
+    return "<event event=\"" + event + "\"><param key=\"K\">" + param + "</param></event>";
+}
+
+TEST_P(CrossCheckTest, WarnsOfRulesThatCannotWork)
+{
+    const CrossRow& row = GetParam();
+    Tool::Schemas schemas;
+    const auto main = Parse("main.xml",
+                            "<ktmstat><instances><IDurationLimiter><beforeUserStop event=\"" +
+                                row.emitted + "\"/></IDurationLimiter></instances></ktmstat>",
+                            schemas);
+    std::unique_ptr<Tool::RuleDocument> filter;
+    std::unique_ptr<Tool::RuleDocument> aggregator;
+    std::ostringstream lines;
+    Tool::Report report(lines);
+    if (!row.filter.empty())
+    {
+        filter = Parse("filter.xml", "<filter>" + row.filter + "</filter>", schemas);
+        Tool::CheckFilterRanges(*filter, report);
+    }
+    if (!row.aggregator.empty())
+    {
+        aggregator = Parse("agg.xml", "<aggregator>" + row.aggregator + "</aggregator>", schemas);
+        Tool::CheckAggregatorRoles(*aggregator, report);
+    }
+    Tool::CrossCheck(*main, filter.get(), aggregator.get(), report);
+
+    std::vector<std::string> warnings;
+    std::istringstream in(lines.str());
+    for (std::string line; std::getline(in, line);)
+    {
+        warnings.push_back(line);
+    }
+    ASSERT_EQ(warnings.size(), row.warnings.size()) << lines.str();
+    for (std::size_t i = 0; i < warnings.size(); ++i)
+    {
+        EXPECT_NE(warnings[i].find(row.warnings[i]), std::string::npos) << warnings[i];
+    }
+    EXPECT_EQ(report.Warnings(), int(row.warnings.size()));
+}
+
+const std::string kRenameAToB = Block("A", "<any><modEvent name=\"B\"/></any>");
+
+INSTANTIATE_TEST_SUITE_P(
+    Documents, CrossCheckTest,
+    testing::Values(
+        CrossRow{"BlockForEmittedEvent", "A", Block("A", "<any/>"), "", {}},
+        CrossRow{"BlockNothingEmits",
+                 "A",
+                 Block("Z", "<any/>"),
+                 "",
+                 {"filter.xml: warning: the block for 'Z' never applies: main.xml emits no such "
+                  "event and no block renames"}},
+        CrossRow{"BlockAfterRenameApplies", "A", kRenameAToB + Block("B", "<any/>"), "", {}},
+        CrossRow{"BlockBeforeRenameNever",
+                 "A",
+                 Block("B", "<any/>") + kRenameAToB,
+                 "",
+                 {"'B' never applies: main.xml emits no such event, and only a later block"}},
+        // A rename in a block that never applies produces nothing either.
+        CrossRow{"RenameOfUnemittedEvent",
+                 "A",
+                 Block("Q", "<any><modEvent name=\"B\"/></any>") + Block("B", "<any/>"),
+                 "",
+                 {"the block for 'Q' never applies",
+                  "'B' never applies: main.xml emits no such event, and the blocks before it"}},
+        CrossRow{"AffectingMadeByFilter",
+                 "A",
+                 kRenameAToB,
+                 "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
+                 {}},
+        CrossRow{"AffectingWithoutFilter",
+                 "A",
+                 "",
+                 "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
+                 {"agg.xml: warning: affecting event 'B' of 'A' never arrives: main.xml does not "
+                  "emit it"}},
+        CrossRow{"MainNeverArrives",
+                 "A",
+                 kRenameAToB,
+                 "<event event=\"C\"><affectingEventName>B</affectingEventName></event>",
+                 {"main event 'C' never arrives: neither main.xml nor the renames of filter.xml"}},
+        CrossRow{"MainAlsoAffecting",
+                 "A",
+                 "",
+                 "<event event=\"A\"><affectingEventName>A</affectingEventName></event>",
+                 {"'A' is a main event and also an affecting event of 'A'"}},
+        CrossRow{"ApplicationStartIsEmitted", "A", Block("APP_EVERY_START", "<any/>"), "", {}},
+        // Ranges of one param: bounds are inclusive and the first range that matches wins.
+        CrossRow{"AscendingThresholds",
+                 "A",
+                 Block("A",
+                       "<inRange to=\"1048576\"/><inRange to=\"10485760\"/>"
+                       "<inRange from=\"10485761\"/>"),
+                 "",
+                 {"no range matches the values between 10485760 and 10485761 (such as "
+                  "10485760.5)"}},
+        CrossRow{"SharedBound",
+                 "A",
+                 Block("A",
+                       "<inRange from=\"1801\" to=\"3600\"/>"
+                       "<inRange from=\"3600\" to=\"10800\"/>"),
+                 "",
+                 {"inRange from=\"1801\" to=\"3600\" and inRange from=\"3600\" to=\"10800\" "
+                  "touch: 3600 matches only inRange from=\"1801\" to=\"3600\""}},
+        CrossRow{"CoveredByEarlier",
+                 "A",
+                 Block("A",
+                       "<inRange to=\"100\"/><inRange from=\"50\"/>"
+                       "<inRange from=\"60\" to=\"70\"/>"),
+                 "",
+                 {"inRange from=\"60\" to=\"70\" never matches: the ranges before it cover"}},
+        CrossRow{"NoBounds",
+                 "A",
+                 Block("A", "<inRange/><inRange from=\"0\"/>"),
+                 "",
+                 {"inRange without \"from\" or \"to\" never matches"}},
+        // Inverted ranges match outside their bounds and take no part.
+        CrossRow{"InvertedIgnored",
+                 "A",
+                 Block("A",
+                       "<inRange to=\"10\"/><inRange actOn=\"false\" from=\"20\" to=\"30\"/>"
+                       "<inRange from=\"10\"/>"),
+                 "",
+                 {"touch: 10 matches only inRange to=\"10\""}}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+TEST(CheckTest, WarningsFailOnlyWithWerror)
+{
+    QTemporaryDir dir;
+    const std::string main = Write(dir, "main.xml",
+                                   "<ktmstat><instances><IScheduler><start event=\"A\"/>"
+                                   "</IScheduler></instances></ktmstat>");
+    const std::string filter = Write(dir, "filter.xml", "<filter>" + Block("Z", "") + "</filter>");
+    const Outcome lenient = KtTrack({"check", main, filter});
+    EXPECT_EQ(lenient.code, 0);
+    EXPECT_NE(lenient.err.find(filter + ": warning: the block for 'Z'"), std::string::npos)
+        << lenient.err;
+    EXPECT_EQ(KtTrack({"check", "--werror", main, filter}).code, 1);
+    // In another set the main document does not meet the filter.
+    EXPECT_EQ(KtTrack({"check", "--werror", main, "+", filter}).code, 0);
+}
+
+// ---- the executable --------------------------------------------------------------------------
+
+struct ProcessRow
+{
+    const char* label;
+    std::vector<std::string> args;  // "@" is replaced by the shipped documents' directory
+    int code;
+};
+
+void PrintTo(const ProcessRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class ProcessTest : public testing::TestWithParam<ProcessRow>
+{
+};
+
+TEST_P(ProcessTest, ExitStatus)
+{
+    QStringList args;
+    for (std::string arg : GetParam().args)
+    {
+        if (arg.rfind("@", 0) == 0)
+        {
+            arg = kConfigDir + arg.substr(1);
+        }
+        args << QString::fromStdString(arg);
+    }
+    QProcess process;
+    process.start(QStringLiteral(KTTRACK_PATH), args);
+    process.closeWriteChannel();
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), GetParam().code) << process.readAllStandardError().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, ProcessTest,
+    testing::Values(
+        ProcessRow{"Help", {"--help"}, 0}, ProcessRow{"NoCommand", {}, 2},
+        ProcessRow{"UnknownCommand", {"fly"}, 2},
+        ProcessRow{"ReplayEmptyInput", {"replay", "-"}, 0},
+        ProcessRow{"ReplayMissingFile", {"replay", "/nonexistent.jsonl"}, 2},
+        ProcessRow{
+            "ReplayWrongKindOfDocument", {"replay", "--filter", "@/AggregatorConfig.xml", "-"}, 2},
+        ProcessRow{"CheckShippedSet",
+                   {"check", "@/Config.xml", "@/FilterConfig.xml", "@/AggregatorConfig.xml"},
+                   0},
+        ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+}  // namespace

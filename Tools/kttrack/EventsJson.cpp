@@ -1,0 +1,171 @@
+#include "EventsJson.h"
+
+#include "Analytics/JsonText.h"
+#include "ToolError.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonParseError>
+#include <QJsonValue>
+#include <QList>
+
+#include <iterator>
+
+namespace Velkor::KT::KtTrack
+{
+
+namespace
+{
+
+const char* TypeName(const QJsonValue& value)
+{
+    switch (value.type())
+    {
+        case QJsonValue::Null:
+            return "null";
+        case QJsonValue::Bool:
+            return "a boolean";
+        case QJsonValue::Double:
+            return "a number";
+        case QJsonValue::String:
+            return "a string";
+        case QJsonValue::Array:
+            return "an array";
+        case QJsonValue::Object:
+            return "an object";
+        case QJsonValue::Undefined:
+            break;
+    }
+    return "nothing";
+}
+
+std::string Quoted(const QString& text)
+{
+    std::string out;
+    Analytics::AppendJsonString(out, text.toStdString());
+    return out;
+}
+
+bool IsBlank(const QByteArray& line)
+{
+    for (const char c : line)
+    {
+        if (c != ' ' && c != '\t' && c != '\r')
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+Tracking::Event ParseLine(const QByteArray& line, const std::string& where)
+{
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(line, &error);
+    if (error.error != QJsonParseError::NoError)
+    {
+        throw ToolError(where + "invalid JSON at column " + std::to_string(error.offset + 1) +
+                        ": " + error.errorString().toStdString());
+    }
+    if (!document.isObject())
+    {
+        throw ToolError(where + "expected an object, found " +
+                        (document.isArray() ? "an array" : "a single value"));
+    }
+    const QJsonObject object = document.object();
+    for (auto it = object.begin(); it != object.end(); ++it)
+    {
+        if (it.key() != QLatin1String("name") && it.key() != QLatin1String("params"))
+        {
+            throw ToolError(where + "unknown key " + Quoted(it.key()) +
+                            " (an event has only \"name\" and \"params\")");
+        }
+    }
+    const QJsonValue name = object.value(QLatin1String("name"));
+    if (name.isUndefined())
+    {
+        throw ToolError(where + "\"name\" is missing");
+    }
+    if (!name.isString())
+    {
+        throw ToolError(where + "\"name\" must be a string, not " + TypeName(name));
+    }
+    Tracking::Event event{name.toString().toStdString(), {}};
+    const QJsonValue params = object.value(QLatin1String("params"));
+    if (params.isUndefined())
+    {
+        return event;
+    }
+    if (!params.isObject())
+    {
+        throw ToolError(where + "\"params\" must be an object, not " + TypeName(params));
+    }
+    const QJsonObject paramsObject = params.toObject();
+    for (auto it = paramsObject.begin(); it != paramsObject.end(); ++it)
+    {
+        if (!it.value().isString())
+        {
+            throw ToolError(where + "value of " + Quoted(it.key()) + " must be a string, not " +
+                            TypeName(it.value()));
+        }
+        event.params[it.key().toStdString()] = it.value().toString().toStdString();
+    }
+    return event;
+}
+
+}  // namespace
+
+QByteArray ReadInput(const std::string& path, std::istream& in)
+{
+    if (path == "-")
+    {
+        const std::string all{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+        return QByteArray(all.data(), static_cast<int>(all.size()));
+    }
+    QFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::ReadOnly))
+    {
+        throw ToolError(path + ": cannot read: " + file.errorString().toStdString());
+    }
+    return file.readAll();
+}
+
+std::vector<NumberedEvent> ParseEvents(const QByteArray& data, const std::string& name)
+{
+    std::vector<NumberedEvent> events;
+    const QList<QByteArray> lines = data.split('\n');
+    for (int i = 0; i < lines.size(); ++i)
+    {
+        if (IsBlank(lines[i]))
+        {
+            continue;
+        }
+        const int line = i + 1;
+        events.push_back({ParseLine(lines[i], name + ":" + std::to_string(line) + ": "), line});
+    }
+    return events;
+}
+
+std::string EventJson(const Tracking::Event& event)
+{
+    std::string out = "{\"name\":";
+    Analytics::AppendJsonString(out, event.name);
+    out += ",\"params\":{";
+    bool first = true;
+    for (const auto& [key, value] : event.params)
+    {
+        if (!first)
+        {
+            out += ',';
+        }
+        first = false;
+        Analytics::AppendJsonString(out, key);
+        out += ':';
+        Analytics::AppendJsonString(out, value);
+    }
+    out += "}}";
+    return out;
+}
+
+}  // namespace Velkor::KT::KtTrack

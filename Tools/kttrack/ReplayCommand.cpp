@@ -1,0 +1,228 @@
+#include "ReplayCommand.h"
+
+#include "EventDiff.h"
+#include "EventsJson.h"
+#include "Report.h"
+#include "RuleDocument.h"
+#include "Schemas.h"
+#include "ToolError.h"
+
+#include "Tracking/AggregatorKtTracker.h"
+#include "Tracking/ConfigLoader.h"
+#include "Tracking/EventText.h"
+#include "Tracking/FilterKtTracker.h"
+
+#include <memory>
+#include <optional>
+#include <ostream>
+
+namespace Velkor::KT::KtTrack
+{
+
+namespace
+{
+
+class Collector : public Tracking::IKtTracker
+{
+public:
+    void Track(const Tracking::Event& event) override { events.push_back(event); }
+
+    std::vector<Tracking::Event> events;
+};
+
+struct ReplayOptions
+{
+    std::string filter;  // empty: the shipped document
+    std::string aggregator;
+    std::string format = "jsonl";
+    std::optional<std::string> expect;
+    std::string events;
+};
+
+ReplayOptions ParseOptions(const std::vector<std::string>& args)
+{
+    ReplayOptions options;
+    bool haveEvents = false;
+    for (std::size_t i = 0; i < args.size(); ++i)
+    {
+        std::string arg = args[i];
+        std::optional<std::string> value;
+        const std::size_t equals = arg.find('=');
+        if (arg.rfind("--", 0) == 0 && equals != std::string::npos)
+        {
+            value = arg.substr(equals + 1);
+            arg.resize(equals);
+        }
+        const auto take = [&]() -> std::string
+        {
+            if (value)
+            {
+                return *value;
+            }
+            if (i + 1 == args.size())
+            {
+                throw ToolError("replay: " + arg + " needs a value");
+            }
+            return args[++i];
+        };
+        if (arg == "--filter")
+        {
+            options.filter = take();
+        }
+        else if (arg == "--aggregator")
+        {
+            options.aggregator = take();
+        }
+        else if (arg == "--format")
+        {
+            options.format = take();
+            if (options.format != "jsonl" && options.format != "text")
+            {
+                throw ToolError("replay: unknown format '" + options.format + "' (jsonl or text)");
+            }
+        }
+        else if (arg == "--expect")
+        {
+            options.expect = take();
+        }
+        else if (arg.size() > 1 && arg[0] == '-')
+        {
+            throw ToolError("replay: unknown option " + arg);
+        }
+        else if (haveEvents)
+        {
+            throw ToolError("replay: only one events file, got " + options.events + " and " + arg);
+        }
+        else
+        {
+            options.events = arg;
+            haveEvents = true;
+        }
+    }
+    if (!haveEvents)
+    {
+        throw ToolError("replay: no events file (use - for standard input)");
+    }
+    if (options.expect && *options.expect == "-" && options.events == "-")
+    {
+        throw ToolError(
+            "replay: the events and the expected events cannot both be read from "
+            "standard input");
+    }
+    return options;
+}
+
+// The text of a stage's document: the shipped one, none, or a file checked to be readable by
+// the stage (the stage itself would only log and pass everything).
+std::optional<std::string> StageDocument(const std::string& option, DocumentKind kind,
+                                         const char* shipped, Schemas& schemas, std::ostream& err)
+{
+    if (option == "none")
+    {
+        return std::nullopt;
+    }
+    if (option.empty())
+    {
+        return Tracking::LoadConfigFromQrc(std::string("/KT/Tracking/") + shipped);
+    }
+    Report report(err);
+    const std::unique_ptr<RuleDocument> document = ReadRuleDocument(option, schemas, report);
+    if (!document)
+    {
+        throw ToolError("replay: cannot use " + option + " as the " + KindName(kind) + " document");
+    }
+    if (document->kind != kind)
+    {
+        throw ToolError(option + ": error: this is a " + KindName(document->kind) +
+                        " document, not a " + KindName(kind) + " document");
+    }
+    return document->text;
+}
+
+std::string DisplayName(const std::string& path)
+{
+    return path == "-" ? "<stdin>" : path;
+}
+
+}  // namespace
+
+std::vector<Tracking::Event> Replay(const std::vector<Tracking::Event>& events,
+                                    const std::string* filterDocument,
+                                    const std::string* aggregatorDocument)
+{
+    const auto collector = std::make_shared<Collector>();
+    const auto aggregator = std::make_shared<Tracking::AggregatorKtTracker>(collector);
+    if (aggregatorDocument)
+    {
+        aggregator->SetConfig(*aggregatorDocument);
+    }
+    const auto filter = std::make_shared<Tracking::FilterKtTracker>(aggregator);
+    if (filterDocument)
+    {
+        filter->SetConfig(*filterDocument);
+    }
+    for (const Tracking::Event& event : events)
+    {
+        filter->Track(event);
+    }
+    return collector->events;
+}
+
+int RunReplay(const std::vector<std::string>& args, std::istream& in, std::ostream& out,
+              std::ostream& err)
+{
+    try
+    {
+        const ReplayOptions options = ParseOptions(args);
+        Schemas schemas;
+        const std::optional<std::string> filter =
+            StageDocument(options.filter, DocumentKind::Filter, "FilterConfig.xml", schemas, err);
+        const std::optional<std::string> aggregator = StageDocument(
+            options.aggregator, DocumentKind::Aggregator, "AggregatorConfig.xml", schemas, err);
+
+        std::vector<Tracking::Event> events;
+        for (NumberedEvent& numbered :
+             ParseEvents(ReadInput(options.events, in), DisplayName(options.events)))
+        {
+            events.push_back(std::move(numbered.event));
+        }
+        std::vector<NumberedEvent> expected;
+        if (options.expect)
+        {
+            expected = ParseEvents(ReadInput(*options.expect, in), DisplayName(*options.expect));
+        }
+
+        const std::vector<Tracking::Event> delivered =
+            Replay(events, filter ? &*filter : nullptr, aggregator ? &*aggregator : nullptr);
+
+        if (options.expect)
+        {
+            const std::vector<std::string> differences =
+                DiffEvents(expected, delivered, DisplayName(*options.expect));
+            for (const std::string& line : differences)
+            {
+                out << line << '\n';
+            }
+            if (!differences.empty())
+            {
+                err << "kttrack: the delivered events differ from " << DisplayName(*options.expect)
+                    << " (" << differences.size() << " differences)\n";
+                return 1;
+            }
+            return 0;
+        }
+        for (const Tracking::Event& event : delivered)
+        {
+            out << (options.format == "text" ? Tracking::EventText(event)
+                                             : EventJson(event) + "\n");
+        }
+        return 0;
+    }
+    catch (const ToolError& error)
+    {
+        err << error.what() << '\n';
+        return 2;
+    }
+}
+
+}  // namespace Velkor::KT::KtTrack
