@@ -16,6 +16,8 @@
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 #include "Tracking/GuiHandler.h"
+#include "Tracking/IStatisticsManager.h"
+#include "Tracking/StatisticsManager.h"
 
 #include "Tracking/InstancesHandler.h"
 #include "Tracking/LambdaQt4WithStringParameter.h"

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Tracking/Fillers/FillerTypes.h"
+
+#include <QtGlobal>
+
+#include <memory>
+#include <vector>
+
+namespace Velkor::App
+{
+class IApplicationSettingsManager;
+class ICrashTracker;
+class ILaunchTypeProcessor;
+class ILookAndFeelManager;
+class IProductSettingsManager;
+}  // namespace Velkor::App
+
+namespace Velkor::KT
+{
+class ConvertationSettings;
+}
+
+namespace Velkor::KT::Tracking
+{
+
+class IKtTracker;
+
+// The events of the application's life: at construction one failure event per failed session
+// the crash tracker has not reported yet, in its order, then one start event named by the launch
+// type; at destruction the exit event. Each is enriched by the fillers that were requested.
+class CommonEventsTracker
+{
+public:
+    // Throws std::logic_error for a missing tracker, launch-type processor or crash tracker, and
+    // whatever creating the fillers or sending the events throws.
+    CommonEventsTracker(const std::shared_ptr<IKtTracker>& tracker,
+                        const std::shared_ptr<App::ILookAndFeelManager>& lookAndFeel,
+                        const std::shared_ptr<App::IProductSettingsManager>& productSettings,
+                        const std::shared_ptr<App::IApplicationSettingsManager>& applicationSettings,
+                        const std::shared_ptr<App::ILaunchTypeProcessor>& launchType,
+                        const std::shared_ptr<App::ICrashTracker>& crashTracker,
+                        const std::shared_ptr<ConvertationSettings>& convertationSettings,
+                        const std::vector<FillerTypes>& fillers);
+    // Sends the exit event; an exception from the chain is logged, never thrown.
+    ~CommonEventsTracker();
+
+private:
+    Q_DISABLE_COPY(CommonEventsTracker)
+    class Private;
+    std::unique_ptr<Private> const d;
+};
+
+}  // namespace Velkor::KT::Tracking

@@ -1,0 +1,121 @@
+#include "Tracking/StatisticsManager.h"
+
+#include "Tracking/CommonEventsTracker.h"
+#include "Tracking/Config/KtmStat.h"
+#include "Tracking/GuiHandler.h"
+#include "Tracking/InstancesHandler.h"
+
+#include "Analytics/AcceleratorsPropertiesFiller.h"
+
+#include <glog/logging.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QWidget>
+
+#include <algorithm>
+#include <ios>
+#include <set>
+#include <sstream>
+
+namespace Velkor::KT::Tracking
+{
+
+namespace
+{
+
+// Capture start events carry the machine's acceleration facts when the host asked for them.
+InstancesHandler::AcceleratorProperties AcceleratorFacts(const std::vector<FillerTypes>& fillers)
+{
+    if (std::find(fillers.begin(), fillers.end(), FillerTypes::Accelerators) == fillers.end())
+    {
+        return {};
+    }
+    auto filler = std::make_shared<Analytics::AcceleratorsPropertiesFiller>();
+    return [filler](Event::Params& params) { filler->Fill(params); };
+}
+
+}  // namespace
+
+class StatisticsManager::Private
+{
+public:
+    Private(const std::shared_ptr<IKtTracker>& tracker, const std::vector<FillerTypes>& fillers)
+        : gui(tracker), instances(tracker, AcceleratorFacts(fillers))
+    {
+    }
+
+    // Members are destroyed in reverse: the exit event goes out while both handlers still exist.
+    std::unique_ptr<Config::KtmStat> config;
+    GuiHandler gui;
+    InstancesHandler instances;
+    std::unique_ptr<CommonEventsTracker> common;
+};
+
+StatisticsManager::StatisticsManager(
+    const std::shared_ptr<IKtTracker>& tracker,
+    const std::shared_ptr<App::ILookAndFeelManager>& lookAndFeel,
+    const std::shared_ptr<App::IProductSettingsManager>& productSettings,
+    const std::shared_ptr<App::IApplicationSettingsManager>& applicationSettings,
+    const std::shared_ptr<App::ILaunchTypeProcessor>& launchType,
+    const std::shared_ptr<App::ICrashTracker>& crashTracker,
+    const std::shared_ptr<ConvertationSettings>& convertationSettings,
+    const std::vector<FillerTypes>& fillers)
+    : d(std::make_unique<Private>(tracker, fillers))
+{
+    d->common = std::make_unique<CommonEventsTracker>(tracker, lookAndFeel, productSettings,
+                                                      applicationSettings, launchType,
+                                                      crashTracker, convertationSettings, fillers);
+}
+
+StatisticsManager::~StatisticsManager() = default;
+
+void StatisticsManager::SetConfig(const std::string& xml)
+{
+    try
+    {
+        std::stringstream stream(xml, std::ios::in | std::ios::out);
+        d->config = Config::ktmstat(stream, ::xml_schema::flags::dont_validate);
+        d->gui.SetConfig(d->config->gui() ? *d->config->gui() : Config::Gui());
+        d->instances.SetConfig(d->config->instances() ? *d->config->instances()
+                                                      : Config::Instances());
+    }
+    catch (const ::xml_schema::exception& error)
+    {
+        std::ostringstream description;
+        description << error;
+        LOG(ERROR) << "Can't read configuration: " << description.str();
+    }
+}
+
+void StatisticsManager::AttachAllTopLevelWindows()
+{
+    std::set<QAction*> actions;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+    {
+        AttachQObject(widget);
+        const auto widgetActions = widget->actions();
+        actions.insert(widgetActions.begin(), widgetActions.end());
+    }
+    for (QAction* action : actions)
+    {
+        d->gui.Attach(action);
+    }
+}
+
+void StatisticsManager::AttachQObject(QObject* root, QObject* target)
+{
+    d->gui.Attach(root, target);
+}
+
+void StatisticsManager::AttachQObject(QObject* root)
+{
+    d->gui.Attach(root);
+}
+
+void StatisticsManager::AttachInstances()
+{
+    d->instances.AttachInstances();
+}
+
+}  // namespace Velkor::KT::Tracking

@@ -1,0 +1,498 @@
+#include "InstancesTestSupport.h"
+#include "Support/LogCapture.h"
+
+#include "Analytics/AnalyticsConstants.h"
+#include "App/ICrashTracker.h"
+#include "App/ILaunchTypeProcessor.h"
+#include "App/LookAndFeelManager.h"
+#include "KT/ConvertationSettings.h"
+#include "KT/IScheduler.h"
+#include "KT/InstanceRegistry.h"
+#include "Tracking/StatisticsManager.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QPushButton>
+#include <QWidget>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace Velkor;
+using InstancesTest::RecordingTracker;
+using KT::Tracking::Event;
+using KT::Tracking::FillerTypes;
+using KT::Tracking::StatisticsManager;
+
+namespace
+{
+
+class FixedLaunchType : public App::ILaunchTypeProcessor
+{
+public:
+    explicit FixedLaunchType(int type) : m_type(type) {}
+    int GetLaunchType() const override { return m_type; }
+
+private:
+    const int m_type;
+};
+
+// Hands out its sessions once, as a crash tracker does.
+class ListCrashTracker : public App::ICrashTracker
+{
+public:
+    explicit ListCrashTracker(std::vector<std::string> sessions) : m_sessions(std::move(sessions))
+    {
+    }
+    std::vector<std::string> TakeUnreportedFailedSessions() override
+    {
+        return std::exchange(m_sessions, {});
+    }
+
+private:
+    std::vector<std::string> m_sessions;
+};
+
+// A tracker that runs a function when a given event arrives.
+class HookTracker : public RecordingTracker
+{
+public:
+    void Track(const Event& event) override
+    {
+        RecordingTracker::Track(event);
+        if (event.name == hookEvent && hook)
+        {
+            hook();
+        }
+    }
+
+    std::string hookEvent;
+    std::function<void()> hook;
+};
+
+const char kGuiDocument[] = R"(<ktmstat><gui>
+    <widget id="MainWindow"><button id="stopButton"><clicked-event event="STOP"/></button></widget>
+    <action id="ActionQuit"><triggered-event event="QUIT"/></action>
+</gui><instances>
+    <IScheduler><start event="SCHEDULER_START"/></IScheduler>
+</instances></ktmstat>)";
+
+const char kInstancesOnlyDocument[] = R"(<ktmstat><instances>
+    <IScheduler><start event="SCHEDULER_START_2"/></IScheduler>
+</instances></ktmstat>)";
+
+class StatisticsManagerTest : public testing::Test
+{
+protected:
+    std::unique_ptr<StatisticsManager> Make(const std::vector<FillerTypes>& fillers,
+                                            int launchType = App::ILaunchTypeProcessor::EveryStart,
+                                            std::vector<std::string> failed = {})
+    {
+        return std::make_unique<StatisticsManager>(
+            tracker, language, nullptr, nullptr, std::make_shared<FixedLaunchType>(launchType),
+            std::make_shared<ListCrashTracker>(std::move(failed)), convertation, fillers);
+    }
+
+    // A top-level window "MainWindow" with "stopButton" and the action "ActionQuit".
+    std::unique_ptr<QWidget> MakeWindow(QAction* action = nullptr)
+    {
+        auto window = std::make_unique<QWidget>();
+        window->setObjectName("MainWindow");
+        auto* button = new QPushButton(window.get());
+        button->setObjectName("stopButton");
+        if (action)
+        {
+            window->addAction(action);
+        }
+        return window;
+    }
+
+    static QPushButton* StopButton(QWidget* window)
+    {
+        return window->findChild<QPushButton*>("stopButton");
+    }
+
+    KT::InstanceRegistry registry;
+    std::shared_ptr<HookTracker> tracker = std::make_shared<HookTracker>();
+    std::shared_ptr<App::LookAndFeelManager> language =
+        std::make_shared<App::LookAndFeelManager>("de");
+    std::shared_ptr<KT::ConvertationSettings> convertation =
+        std::make_shared<KT::ConvertationSettings>();
+};
+
+// --- start events -------------------------------------------------------------------------------
+
+struct StartRow
+{
+    const char* label;
+    int launchType;
+    std::vector<FillerTypes> fillers;
+    std::string expectedName;
+    std::vector<std::string> expectedKeys;  // present
+    std::vector<std::string> absentKeys;
+};
+
+void PrintTo(const StartRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class StartEventTest : public StatisticsManagerTest, public testing::WithParamInterface<StartRow>
+{
+};
+
+TEST_P(StartEventTest, OneStartEventNamedByLaunchType)
+{
+    const StartRow& row = GetParam();
+    auto manager = Make(row.fillers, row.launchType);
+
+    const auto events = tracker->Events();
+    ASSERT_EQ(events.size(), 1u);
+    EXPECT_EQ(events[0].name, row.expectedName);
+    for (const std::string& key : row.expectedKeys)
+    {
+        EXPECT_EQ(events[0].params.count(key), 1u) << key;
+    }
+    for (const std::string& key : row.absentKeys)
+    {
+        EXPECT_EQ(events[0].params.count(key), 0u) << key;
+    }
+    if (row.fillers.empty())
+    {
+        EXPECT_TRUE(events[0].params.empty());
+    }
+}
+
+const std::vector<FillerTypes> kCountryAndLanguage = {FillerTypes::CountryName,
+                                                      FillerTypes::AppLanguage};
+
+INSTANTIATE_TEST_SUITE_P(
+    LaunchTypes, StartEventTest,
+    testing::Values(
+        StartRow{"NoFillers", 2, {}, Analytics::APP_EVERY_START, {}, {}},
+        StartRow{"NoFillersFirstStart", 1, {}, Analytics::APP_FIRST_START, {}, {}},
+        StartRow{"FirstStartHasCountry", 1, kCountryAndLanguage, Analytics::APP_FIRST_START,
+                 {"COUNTRY_NAME", "APP_LANGUAGE"}, {}},
+        StartRow{"EveryStartHasNoCountry", 2, kCountryAndLanguage, Analytics::APP_EVERY_START,
+                 {"APP_LANGUAGE"}, {"COUNTRY_NAME"}},
+        StartRow{"MinorUpdateHasCountry", 3, kCountryAndLanguage,
+                 Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE, {"COUNTRY_NAME", "APP_LANGUAGE"},
+                 {}},
+        StartRow{"UnknownTypeIsOrdinary", 42, kCountryAndLanguage, Analytics::APP_EVERY_START,
+                 {"APP_LANGUAGE"}, {"COUNTRY_NAME"}},
+        StartRow{"UnrequestedFillersNeverRun", 1, {FillerTypes::AppConfig},
+                 Analytics::APP_FIRST_START, {"APP_BITS"},
+                 {"APP_LANGUAGE", "COUNTRY_NAME", "MONITORS_COUNT", "HP_ENABLED"}},
+        StartRow{"HyperPassIsNotPartOfStart", 1, {FillerTypes::HyperPass},
+                 Analytics::APP_FIRST_START, {}, {"HP_ENABLED"}}));
+
+TEST_F(StatisticsManagerTest, StartEventCarriesTheLanguageOfTheMoment)
+{
+    language->SetLanguage("pt_BR");
+    auto manager = Make({FillerTypes::AppLanguage});
+    ASSERT_EQ(tracker->Events().size(), 1u);
+    EXPECT_EQ(tracker->Events()[0].params, (Event::Params{{"APP_LANGUAGE", "pt_BR"}}));
+}
+
+// --- failures -----------------------------------------------------------------------------------
+
+TEST_F(StatisticsManagerTest, FailuresInCrashTrackerOrderBeforeTheStart)
+{
+    auto manager = Make({FillerTypes::AppLanguage, FillerTypes::HyperPass},
+                        App::ILaunchTypeProcessor::EveryStart, {"session-b", "session-a"});
+
+    const Event::Params failureBase = {{"APP_LANGUAGE", "de"},
+                                       {"EXCEPTION_MESSAGE", ""},
+                                       {"EXCEPTION_STACKTRACE", ""},
+                                       {"EXCEPTION_TYPE", ""},
+                                       {"HP_ENABLED", "NO"}};
+    auto failure = [&](const std::string& session)
+    {
+        Event event{Analytics::APP_FAILED, failureBase};
+        event.params[Analytics::SID] = session;
+        return event;
+    };
+    const std::vector<Event> expected = {
+        failure("session-b"), failure("session-a"),
+        Event{Analytics::APP_EVERY_START, {{"APP_LANGUAGE", "de"}}}};
+    EXPECT_EQ(tracker->Events(), expected);
+}
+
+TEST_F(StatisticsManagerTest, HyperPassFillerReadsTheSettingsWhenAFailureIsSent)
+{
+    convertation->SetHyperPassEnabled(true);
+    auto manager = Make({FillerTypes::HyperPass}, 2, {"s"});
+    ASSERT_EQ(tracker->Events().size(), 2u);
+    EXPECT_EQ(tracker->Events()[0].params.at("HP_ENABLED"), "YES");
+}
+
+TEST_F(StatisticsManagerTest, FailureOfTheTrackerReachesTheHost)
+{
+    tracker->hookEvent = Analytics::APP_FAILED;
+    tracker->hook = [] { throw std::runtime_error("chain broke"); };
+    EXPECT_THROW(Make({}, 2, {"s"}), std::runtime_error);
+}
+
+struct NullRow
+{
+    const char* label;
+    bool tracker, launchType, crashTracker, convertation;
+    std::vector<FillerTypes> fillers;
+    bool throws;
+};
+
+void PrintTo(const NullRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class NullCollaboratorTest : public StatisticsManagerTest,
+                             public testing::WithParamInterface<NullRow>
+{
+};
+
+TEST_P(NullCollaboratorTest, RequiredCollaboratorsAreChecked)
+{
+    const NullRow& row = GetParam();
+    auto make = [&]
+    {
+        StatisticsManager manager(
+            row.tracker ? tracker : nullptr, nullptr, nullptr, nullptr,
+            row.launchType ? std::make_shared<FixedLaunchType>(2) : nullptr,
+            row.crashTracker ? std::make_shared<ListCrashTracker>(std::vector<std::string>{})
+                             : nullptr,
+            row.convertation ? convertation : nullptr, row.fillers);
+    };
+    if (row.throws)
+    {
+        EXPECT_THROW(make(), std::logic_error);
+        EXPECT_TRUE(tracker->Events().empty());
+    }
+    else
+    {
+        EXPECT_NO_THROW(make());
+        // Start and exit; a missing look and feel only leaves the language out.
+        ASSERT_EQ(tracker->Events().size(), 2u);
+        EXPECT_EQ(tracker->Events()[0].params.count("APP_LANGUAGE"), 0u);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Collaborators, NullCollaboratorTest,
+    testing::Values(NullRow{"NoTracker", false, true, true, true, {}, true},
+                    NullRow{"NoLaunchType", true, false, true, true, {}, true},
+                    NullRow{"NoCrashTracker", true, true, false, true, {}, true},
+                    NullRow{"NoSettingsWithHyperPass", true, true, true, false,
+                            {FillerTypes::HyperPass}, true},
+                    NullRow{"NoSettingsWithoutHyperPass", true, true, true, false,
+                            {FillerTypes::AppLanguage}, false},
+                    NullRow{"NoLookAndFeel", true, true, true, true, {FillerTypes::AppLanguage},
+                            false}));
+
+// --- exit ---------------------------------------------------------------------------------------
+
+TEST_F(StatisticsManagerTest, ExitEventCarriesOnlyTheLanguageAtExit)
+{
+    auto manager = Make({FillerTypes::AppLanguage, FillerTypes::AppConfig});
+    language->SetLanguage("fr");
+    tracker->Clear();
+    manager.reset();
+    EXPECT_EQ(tracker->Events(),
+              (std::vector<Event>{Event{Analytics::APP_EXIT, {{"APP_LANGUAGE", "fr"}}}}));
+}
+
+TEST_F(StatisticsManagerTest, ExitEventGoesOutWhileBothHandlersStillTrack)
+{
+    KT::Scheduler scheduler;
+    registry.Register<KT::IScheduler>(&scheduler);
+    auto window = MakeWindow();
+    auto manager = Make({});
+    manager->SetConfig(kGuiDocument);
+    manager->AttachQObject(window.get());
+    manager->AttachInstances();
+
+    // While the exit event is on its way, both sources must still be hooked.
+    tracker->hookEvent = Analytics::APP_EXIT;
+    tracker->hook = [&]
+    {
+        StopButton(window.get())->click();
+        scheduler.StartScheduledCapture();
+    };
+    tracker->Clear();
+    manager.reset();
+    EXPECT_EQ(tracker->Names(),
+              (std::vector<std::string>{Analytics::APP_EXIT, "STOP", "SCHEDULER_START"}));
+
+    // And afterwards nothing is hooked any more.
+    tracker->Clear();
+    StopButton(window.get())->click();
+    scheduler.StartScheduledCapture();
+    EXPECT_TRUE(tracker->Events().empty());
+    registry.Unregister<KT::IScheduler>(&scheduler);
+}
+
+TEST_F(StatisticsManagerTest, ExitEventFailureIsLoggedNotThrown)
+{
+    auto manager = Make({});
+    tracker->hookEvent = Analytics::APP_EXIT;
+    tracker->hook = [] { throw std::runtime_error("chain broke"); };
+    KtTest::LogCapture log;
+    EXPECT_NO_THROW(manager.reset());
+    ASSERT_EQ(log.Messages().size(), 1u);
+    EXPECT_EQ(log.Messages()[0], "Can't send the exit event: chain broke");
+}
+
+// --- configuration ------------------------------------------------------------------------------
+
+struct BadDocumentRow
+{
+    const char* label;
+    std::string document;
+    std::string messageStart;
+};
+
+void PrintTo(const BadDocumentRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class BadDocumentTest : public StatisticsManagerTest,
+                        public testing::WithParamInterface<BadDocumentRow>
+{
+};
+
+TEST_P(BadDocumentTest, LoggedAndPreviousConfigurationKept)
+{
+    KT::Scheduler scheduler;
+    registry.Register<KT::IScheduler>(&scheduler);
+    auto manager = Make({});
+    manager->SetConfig(kGuiDocument);
+
+    KtTest::LogCapture log;
+    EXPECT_NO_THROW(manager->SetConfig(GetParam().document));
+    const auto lines = log.Lines();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].severity, google::GLOG_ERROR);
+    EXPECT_EQ(lines[0].message.rfind(GetParam().messageStart, 0), 0u) << lines[0].message;
+    EXPECT_GT(lines[0].message.size(), GetParam().messageStart.size());
+
+    // Both handlers still work with the first document.
+    auto window = MakeWindow();
+    manager->AttachQObject(window.get());
+    manager->AttachInstances();
+    tracker->Clear();
+    StopButton(window.get())->click();
+    scheduler.StartScheduledCapture();
+    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"STOP", "SCHEDULER_START"}));
+    registry.Unregister<KT::IScheduler>(&scheduler);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Documents, BadDocumentTest,
+    testing::Values(
+        BadDocumentRow{"Empty", "", "Can't read configuration: "},
+        BadDocumentRow{"FilterRoot", "<filter/>", "Can't read configuration: "},
+        BadDocumentRow{"NotWellFormed", "<ktmstat><gui>", "Can't read configuration: "},
+        BadDocumentRow{"Doctype",
+                       R"(<?xml version="1.0"?><!DOCTYPE ktmstat [<!ENTITY x SYSTEM "file:///etc/hostname">]><ktmstat/>)",
+                       "Can't read configuration: "},
+        BadDocumentRow{"BadBoolean", R"(<ktmstat><gui><widget id="w" idIsRoot="maybe"/></gui></ktmstat>)",
+                       "Can't read configuration: "}));
+
+TEST_F(StatisticsManagerTest, DocumentWithOnlyInstancesEmptiesTheGuiSection)
+{
+    KT::Scheduler scheduler;
+    registry.Register<KT::IScheduler>(&scheduler);
+    auto manager = Make({});
+    manager->SetConfig(kGuiDocument);
+    manager->SetConfig(kInstancesOnlyDocument);
+
+    auto window = MakeWindow();
+    manager->AttachQObject(window.get());
+    manager->AttachInstances();
+    tracker->Clear();
+    StopButton(window.get())->click();
+    scheduler.StartScheduledCapture();
+    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"SCHEDULER_START_2"}));
+    registry.Unregister<KT::IScheduler>(&scheduler);
+}
+
+TEST_F(StatisticsManagerTest, AttachingBeforeConfigurationTracksNothing)
+{
+    auto manager = Make({});
+    auto window = MakeWindow();
+    manager->AttachQObject(window.get());
+    tracker->Clear();
+    StopButton(window.get())->click();
+    EXPECT_TRUE(tracker->Events().empty());
+}
+
+TEST_F(StatisticsManagerTest, RootAndTargetAttachOnlyTheTarget)
+{
+    auto manager = Make({});
+    manager->SetConfig(kGuiDocument);
+    auto window = MakeWindow();
+    auto* other = new QPushButton(window.get());
+    other->setObjectName("otherButton");
+
+    manager->AttachQObject(window.get(), other);
+    tracker->Clear();
+    StopButton(window.get())->click();
+    EXPECT_TRUE(tracker->Events().empty());
+
+    manager->AttachQObject(window.get(), StopButton(window.get()));
+    StopButton(window.get())->click();
+    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"STOP"}));
+}
+
+// --- all top-level windows ----------------------------------------------------------------------
+
+// Counts every AttachQObject call, as a host's subclass could.
+class CountingManager : public StatisticsManager
+{
+public:
+    using StatisticsManager::StatisticsManager;
+    using StatisticsManager::AttachQObject;
+    void AttachQObject(QObject* root) override
+    {
+        attached.push_back(root);
+        StatisticsManager::AttachQObject(root);
+    }
+    std::vector<QObject*> attached;
+};
+
+TEST_F(StatisticsManagerTest, TopLevelWindowsAndTheirSharedActionAttachedOnce)
+{
+    CountingManager manager(tracker, language, nullptr, nullptr,
+                            std::make_shared<FixedLaunchType>(2),
+                            std::make_shared<ListCrashTracker>(std::vector<std::string>{}),
+                            convertation, {});
+    manager.SetConfig(kGuiDocument);
+
+    QAction quit(nullptr);
+    quit.setObjectName("ActionQuit");
+    auto first = MakeWindow(&quit);
+    auto second = MakeWindow(&quit);
+    manager.AttachAllTopLevelWindows();
+
+    // Every top-level widget went through the virtual attach; ours among them.
+    EXPECT_NE(std::find(manager.attached.begin(), manager.attached.end(), first.get()),
+              manager.attached.end());
+    EXPECT_NE(std::find(manager.attached.begin(), manager.attached.end(), second.get()),
+              manager.attached.end());
+
+    tracker->Clear();
+    quit.trigger();
+    StopButton(first.get())->click();
+    StopButton(second.get())->click();
+    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"QUIT", "STOP", "STOP"}));
+}
+
+}  // namespace
