@@ -100,10 +100,11 @@ MainWindow::MainWindow(HostServices& services, Recorder& recorder, AttachWindow 
     BuildTrayMenu();
     ConnectRecorder();
 
-    move(20, 20);
-    controlPanel->move(700, 20);
-    screenshotPanel->move(700, 120);
-    webCameraWindow->move(700, 220);
+    // Right of the viewer, which opens at the screen's top left corner.
+    move(660, 20);
+    controlPanel->move(660, 600);
+    screenshotPanel->move(660, 680);
+    webCameraWindow->move(960, 680);
 }
 
 MainWindow::~MainWindow() = default;
@@ -280,7 +281,7 @@ AboutBoxDialog* MainWindow::OpenAbout()
 
 void MainWindow::ConnectSettings(SettingsDialog* dialog)
 {
-    dialog->move(60, 480);
+    dialog->move(20, 540);
     HostServices& services = m_services;
     dialog->startStopHotkeyEdit->setText(services.hotkeys.Get("startStop").value(0).toString());
     connect(dialog->startStopHotkeyEdit, &QLineEdit::returnPressed, this, [dialog, &services] {
@@ -310,7 +311,7 @@ void MainWindow::ConnectSettings(SettingsDialog* dialog)
 
 void MainWindow::ConnectSaveVideo(SaveVideoDialog* dialog)
 {
-    dialog->move(60, 480);
+    dialog->move(20, 540);
     connect(dialog->player, &PlayerControl::IntervalCut, this, [this](int begin, int end) {
         Later([begin, end](Recorder& r) { r.RemoveInterval(begin, end); });
     });
@@ -324,7 +325,7 @@ void MainWindow::ConnectSaveVideo(SaveVideoDialog* dialog)
 
 void MainWindow::ConnectMediaLibrary(MediaLibraryWindow* window)
 {
-    window->move(60, 480);
+    window->move(20, 540);
     connect(window->showInFolderButton, &QPushButton::clicked, this,
             [this] { Later([](Recorder& r) { r.ShowInFolder(); }); });
     connect(window->emailButton, &QPushButton::clicked, this, [this] { OpenEmail(); });
@@ -337,7 +338,7 @@ void MainWindow::ConnectMediaLibrary(MediaLibraryWindow* window)
 
 void MainWindow::ConnectEmail(EmailDialog* dialog)
 {
-    dialog->move(400, 480);
+    dialog->move(340, 540);
     connect(dialog->sendButton, &QPushButton::clicked, this, [this, dialog] {
         dialog->close();
         Later([](Recorder& r) { r.Share(kShareByEmail); });
@@ -346,7 +347,7 @@ void MainWindow::ConnectEmail(EmailDialog* dialog)
 
 void MainWindow::ConnectAbout(AboutBoxDialog* dialog)
 {
-    dialog->move(400, 480);
+    dialog->move(340, 540);
     connect(dialog->closeButton, &QPushButton::clicked, dialog, &QWidget::close);
 }
 
