@@ -82,8 +82,8 @@ std::vector<AnalyticsEvent> ReadAnalytics(const QString& directory)
         while (!file.atEnd())
         {
             const QJsonObject line = QJsonDocument::fromJson(file.readLine()).object();
-            events.push_back({line.value("name").toString().toStdString(),
-                              line.value("params").toObject()});
+            events.push_back(
+                {line.value("name").toString().toStdString(), line.value("params").toObject()});
         }
     }
     return events;
@@ -99,7 +99,8 @@ std::string FirstDifference(const std::vector<std::string>& actual,
         const std::string e = i < expected.size() ? expected[i] : "<none>\n";
         if (a != e)
         {
-            return "event #" + std::to_string(i + 1) + "\n--- expected:\n" + e + "--- actual:\n" + a;
+            return "event #" + std::to_string(i + 1) + "\n--- expected:\n" + e + "--- actual:\n" +
+                   a;
         }
     }
     return "none";
@@ -137,14 +138,16 @@ TEST_P(DemoSessionTest, PrintsViewsAndDeliversTheRecordedEvents)
     const QString viewerItems = work.filePath("viewer.txt");
     const QString screenshot = work.filePath("screen.png");
 
-    QStringList arguments{"--data-dir", data, "--variant", row.variant, "--viewer-items",
-                          viewerItems};
+    QStringList arguments{"--data-dir",     data,       "--variant", row.variant,
+                          "--viewer-items", viewerItems};
     QProcess demo;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     if (row.onXServer)
     {
         environment.insert("QT_QPA_PLATFORM", "xcb");
-        arguments << "--interactive" << "--script" << "--screenshot" << screenshot;
+        arguments << "--interactive"
+                  << "--script"
+                  << "--screenshot" << screenshot;
         arguments.prepend(KT_DEMO_HOST);
         arguments = QStringList{"-a", "-s", "-screen 0 1280x1024x24"} + arguments;
         demo.setProgram(xvfbRun);

@@ -9,8 +9,8 @@
 
 #include "Analytics/ApplicationTrackerFactory.h"
 #include "Analytics/JsonLinesApplicationTracker.h"
-#include "Tracking/Tracking.h"
 #include "Tracking/StatisticsManager.h"
+#include "Tracking/Tracking.h"
 
 #include <QApplication>
 #include <QDir>
@@ -101,10 +101,12 @@ int RunDemo(const DemoOptions& options)
         options.dataDirectory.isEmpty() ? temporary.path() : options.dataDirectory;
     QDir().mkpath(dataDirectory);
 
-    Analytics::ScopedApplicationTrackerCreator analytics([] {
-        return Analytics::RefPtr<Analytics::IApplicationTracker>(
-            Analytics::JsonLinesApplicationTracker::Create());
-    });
+    Analytics::ScopedApplicationTrackerCreator analytics(
+        []
+        {
+            return Analytics::RefPtr<Analytics::IApplicationTracker>(
+                Analytics::JsonLinesApplicationTracker::Create());
+        });
 
     HostServices services(dataDirectory);
 
@@ -122,9 +124,8 @@ int RunDemo(const DemoOptions& options)
     filter->SetConfig(LoadConfigFromQrc(documents.filter));
 
     auto manager = std::make_unique<StatisticsManager>(
-        filter, services.lookAndFeel, services.productSettingsManager,
-        services.applicationSettings, services.launchType, services.crashTracker,
-        services.convertationSettings,
+        filter, services.lookAndFeel, services.productSettingsManager, services.applicationSettings,
+        services.launchType, services.crashTracker, services.convertationSettings,
         std::vector<FillerTypes>{FillerTypes::Accelerators, FillerTypes::HyperPass,
                                  FillerTypes::AppLanguage, FillerTypes::CountryName,
                                  FillerTypes::MonitorsConfig, FillerTypes::AppConfig,
@@ -145,14 +146,18 @@ int RunDemo(const DemoOptions& options)
     {
         session = std::make_unique<SessionScript>(*window, recorder, clock, services,
                                                   options.interactive ? 150 : 0);
-        QTimer::singleShot(0, window.get(), [&] {
-            session->Play([&] {
-                if (!options.screenshotFile.isEmpty())
-                {
-                    SaveScreen(options.screenshotFile);
-                }
-            });
-        });
+        QTimer::singleShot(0, window.get(),
+                           [&]
+                           {
+                               session->Play(
+                                   [&]
+                                   {
+                                       if (!options.screenshotFile.isEmpty())
+                                       {
+                                           SaveScreen(options.screenshotFile);
+                                       }
+                                   });
+                           });
     }
     const int result = QApplication::exec();
 

@@ -18,19 +18,19 @@ std::string InDirectory(const QString& directory, const QString& name)
 }  // namespace
 
 HostServices::HostServices(const QString& dataDirectory_)
-    : dataDirectory(dataDirectory_)
-    , sessionId(std::make_shared<App::SessionId>())
-    , customization(std::make_shared<App::CustomizationManager>("recorder", "demo"))
-    , lookAndFeel(std::make_shared<App::LookAndFeelManager>("en"))
-    , productSettings(std::make_shared<KT::ProductSettings>())
-    , productSettingsManager(std::make_shared<App::ProductSettingsManager>(
-          "Screen Recorder", kProductVersion, productSettings))
-    , applicationSettings(std::make_shared<App::ApplicationSettingsManager>(
-          InDirectory(dataDirectory, "application.ini")))
-    , launchType(std::make_shared<App::LaunchTypeProcessor>(applicationSettings, kProductVersion))
-    , crashTracker(std::make_shared<App::CrashTracker>(InDirectory(dataDirectory, "sessions"),
-                                                       sessionId->GetSessionId()))
-    , convertationSettings(std::make_shared<KT::ConvertationSettings>())
+    : dataDirectory(dataDirectory_),
+      sessionId(std::make_shared<App::SessionId>()),
+      customization(std::make_shared<App::CustomizationManager>("recorder", "demo")),
+      lookAndFeel(std::make_shared<App::LookAndFeelManager>("en")),
+      productSettings(std::make_shared<KT::ProductSettings>()),
+      productSettingsManager(std::make_shared<App::ProductSettingsManager>(
+          "Screen Recorder", kProductVersion, productSettings)),
+      applicationSettings(std::make_shared<App::ApplicationSettingsManager>(
+          InDirectory(dataDirectory, "application.ini"))),
+      launchType(std::make_shared<App::LaunchTypeProcessor>(applicationSettings, kProductVersion)),
+      crashTracker(std::make_shared<App::CrashTracker>(InDirectory(dataDirectory, "sessions"),
+                                                       sessionId->GetSessionId())),
+      convertationSettings(std::make_shared<KT::ConvertationSettings>())
 {
     SetInitialValues();
     RegisterAll();

@@ -6,10 +6,10 @@ namespace Velkor::Demo
 {
 
 SidebarPanel::SidebarPanel(QWidget* parent)
-    : QWidget(parent)
-    , webCameraFeature(new QPushButton("Web camera", this))
-    , schedulerFeature(new QPushButton("Scheduler", this))
-    , removeSchedulerFeature(new QPushButton("Unpin scheduler", this))
+    : QWidget(parent),
+      webCameraFeature(new QPushButton("Web camera", this)),
+      schedulerFeature(new QPushButton("Scheduler", this)),
+      removeSchedulerFeature(new QPushButton("Unpin scheduler", this))
 {
     setObjectName("SidebarPanel");
     auto* layout = new QHBoxLayout(this);
@@ -25,9 +25,9 @@ SidebarPanel::SidebarPanel(QWidget* parent)
 }
 
 QuickActionsMenu::QuickActionsMenu(QWidget* parent)
-    : QWidget(parent)
-    , startStop(new QPushButton("Start/stop", this))
-    , screenshot(new QPushButton("Screenshot", this))
+    : QWidget(parent),
+      startStop(new QPushButton("Start/stop", this)),
+      screenshot(new QPushButton("Screenshot", this))
 {
     setObjectName("QuickActionsMenu");
     auto* layout = new QHBoxLayout(this);
@@ -40,24 +40,28 @@ QuickActionsMenu::QuickActionsMenu(QWidget* parent)
 }
 
 PlayerControl::PlayerControl(QWidget* parent)
-    : QWidget(parent), play(new QPushButton("Play", this)), cut(new QPushButton("Cut 10-20 s", this))
+    : QWidget(parent),
+      play(new QPushButton("Play", this)),
+      cut(new QPushButton("Cut 10-20 s", this))
 {
     setObjectName("playerControl");
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(play);
     layout->addWidget(cut);
     connect(play, &QPushButton::clicked, this, [this] { emit PlayButtonClicked(); });
-    connect(cut, &QPushButton::clicked, this, [this] {
-        emit IntervalCut(10, 20);
-        emit IntervalRemoved(10);
-    });
+    connect(cut, &QPushButton::clicked, this,
+            [this]
+            {
+                emit IntervalCut(10, 20);
+                emit IntervalRemoved(10);
+            });
 }
 
 YouTubeUploader::YouTubeUploader(QWidget* parent)
-    : QWidget(parent)
-    , category(new QComboBox(this))
-    , resolution(new QComboBox(this))
-    , upload(new QPushButton("Upload", this))
+    : QWidget(parent),
+      category(new QComboBox(this)),
+      resolution(new QComboBox(this)),
+      upload(new QPushButton("Upload", this))
 {
     setObjectName("YouTubeUploader");
     category->addItem("Gaming", 20);
@@ -68,10 +72,12 @@ YouTubeUploader::YouTubeUploader(QWidget* parent)
     layout->addWidget(category);
     layout->addWidget(resolution);
     layout->addWidget(upload);
-    connect(upload, &QPushButton::clicked, this, [this] {
-        emit UploadCategoryChosen(category->currentData().toInt());
-        emit UploadStarted(resolution->currentData().toString());
-    });
+    connect(upload, &QPushButton::clicked, this,
+            [this]
+            {
+                emit UploadCategoryChosen(category->currentData().toInt());
+                emit UploadStarted(resolution->currentData().toString());
+            });
 }
 
 }  // namespace Velkor::Demo

@@ -11,11 +11,11 @@ bool IsMachineKey(const std::string& key)
 {
     static const std::set<std::string> keys{
         // Acceleration facts.
-        "IM_HW_AVAILABLE", "NVENC_AVAILABLE", "NVDEC_AVAILABLE", "AMF_AVAILABLE",
-        "NVENC_ENABLED", "NVDEC_ENABLED", "AMF_ENABLED",
+        "IM_HW_AVAILABLE", "NVENC_AVAILABLE", "NVDEC_AVAILABLE", "AMF_AVAILABLE", "NVENC_ENABLED",
+        "NVDEC_ENABLED", "AMF_ENABLED",
         // System locale, bitness, hardware and operating system.
-        "COUNTRY_NAME", "APP_BITS", "CPU_NAME", "CPU_ARCHITECTURE", "CPU_CORES",
-        "RAM_TOTAL_MB", "OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE",
+        "COUNTRY_NAME", "APP_BITS", "CPU_NAME", "CPU_ARCHITECTURE", "CPU_CORES", "RAM_TOTAL_MB",
+        "OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE",
         // Screens.
         "MONITORS_COUNT"};
     static const std::regex monitor("MONITOR[0-9]+_(RECT|PHYSICAL_DPI|LOGICAL_DPI)");

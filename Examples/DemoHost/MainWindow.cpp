@@ -41,30 +41,30 @@ QAction* NamedAction(const QString& name, const QString& text, QObject* parent)
 }  // namespace
 
 MainWindow::MainWindow(HostServices& services, Recorder& recorder, AttachWindow attachWindow)
-    : recButton(Named(new QPushButton("Rec"), "recButton"))
-    , webCameraButton(Named(new QPushButton("Web camera"), "webCameraButton"))
-    , captureModeComboBox(Named(new QComboBox, "captureModeComboBox"))
-    , framePresetComboBox(Named(new QComboBox, "framePresetComboBox"))
-    , audioSourcesPanel(Named(new QWidget, "audioSourcesPanel"))
-    , microphoneComboBox(Named(new QComboBox(audioSourcesPanel), "microphoneComboBox"))
-    , sidebar(new SidebarPanel)
-    , quickActions(new QuickActionsMenu)
-    , capturePresetButton(Named(new KT::UI::AbstractPresetButton("Capture-FullscreenCapture"),
-                                "capturePresetButton"))
-    , screenshotPresetButton(
-          Named(new KT::UI::AbstractPresetButton("Screenshot-Region"), "screenshotPresetButton"))
-    , recentProjectsButton(Named(new KT::ButtonWithPopUpList, "recentProjectsButton"))
-    , screenshotModeButton(Named(new QPushButton("Screenshot mode"), "screenshotModeButton"))
-    , mediaLibraryButton(Named(new QPushButton("Media library"), "mediaLibraryButton"))
-    , settingsButton(Named(new QPushButton("Settings"), "settingsButton"))
-    , hotkeys(new GlobalHotkeyManager(services.hotkeys, this))
-    , trayMenu(std::make_unique<QMenu>())
-    , controlPanel(std::make_unique<CaptureControlPanel>())
-    , screenshotPanel(std::make_unique<ScreenshotPanel>())
-    , webCameraWindow(std::make_unique<WebCameraWindow>())
-    , m_services(services)
-    , m_recorder(recorder)
-    , m_attachWindow(std::move(attachWindow))
+    : recButton(Named(new QPushButton("Rec"), "recButton")),
+      webCameraButton(Named(new QPushButton("Web camera"), "webCameraButton")),
+      captureModeComboBox(Named(new QComboBox, "captureModeComboBox")),
+      framePresetComboBox(Named(new QComboBox, "framePresetComboBox")),
+      audioSourcesPanel(Named(new QWidget, "audioSourcesPanel")),
+      microphoneComboBox(Named(new QComboBox(audioSourcesPanel), "microphoneComboBox")),
+      sidebar(new SidebarPanel),
+      quickActions(new QuickActionsMenu),
+      capturePresetButton(Named(new KT::UI::AbstractPresetButton("Capture-FullscreenCapture"),
+                                "capturePresetButton")),
+      screenshotPresetButton(
+          Named(new KT::UI::AbstractPresetButton("Screenshot-Region"), "screenshotPresetButton")),
+      recentProjectsButton(Named(new KT::ButtonWithPopUpList, "recentProjectsButton")),
+      screenshotModeButton(Named(new QPushButton("Screenshot mode"), "screenshotModeButton")),
+      mediaLibraryButton(Named(new QPushButton("Media library"), "mediaLibraryButton")),
+      settingsButton(Named(new QPushButton("Settings"), "settingsButton")),
+      hotkeys(new GlobalHotkeyManager(services.hotkeys, this)),
+      trayMenu(std::make_unique<QMenu>()),
+      controlPanel(std::make_unique<CaptureControlPanel>()),
+      screenshotPanel(std::make_unique<ScreenshotPanel>()),
+      webCameraWindow(std::make_unique<WebCameraWindow>()),
+      m_services(services),
+      m_recorder(recorder),
+      m_attachWindow(std::move(attachWindow))
 {
     setObjectName("MainWindow");
     setWindowTitle("Screen Recorder");
@@ -150,11 +150,13 @@ void MainWindow::Later(std::function<void(Recorder&)> command)
 
 void MainWindow::ConnectRecorder()
 {
-    const auto on = [this](QAction* action, void (Recorder::*command)()) {
+    const auto on = [this](QAction* action, void (Recorder::*command)())
+    {
         connect(action, &QAction::triggered, this,
                 [this, command] { Later([command](Recorder& r) { (r.*command)(); }); });
     };
-    const auto onClick = [this](QPushButton* button, void (Recorder::*command)()) {
+    const auto onClick = [this](QPushButton* button, void (Recorder::*command)())
+    {
         connect(button, &QPushButton::clicked, this,
                 [this, command] { Later([command](Recorder& r) { (r.*command)(); }); });
     };
@@ -173,9 +175,12 @@ void MainWindow::ConnectRecorder()
     connect(actionSettings, &QAction::triggered, this, [this] { OpenSettings(); });
     connect(actionAbout, &QAction::triggered, this, [this] { OpenAbout(); });
     // Queued like the recorder's commands: the quit action reports the state it interrupts.
-    connect(actionQuit, &QAction::triggered, this, [this] {
-        QMetaObject::invokeMethod(this, [this] { Quit(); }, Qt::QueuedConnection);
-    });
+    connect(actionQuit, &QAction::triggered, this,
+            [this]
+            {
+                QMetaObject::invokeMethod(
+                    this, [this] { Quit(); }, Qt::QueuedConnection);
+            });
 
     onClick(controlPanel->stopButton, &Recorder::StopRecording);
     onClick(controlPanel->pauseButton, &Recorder::TogglePause);
@@ -184,59 +189,68 @@ void MainWindow::ConnectRecorder()
     onClick(screenshotPanel->takeScreenshotButton, &Recorder::TakeScreenshot);
     onClick(webCameraWindow->configuringScreenshotButton, &Recorder::TakeScreenshot);
     onClick(webCameraWindow->capturingScreenshotButton, &Recorder::TakeScreenshot);
-    connect(controlPanel->drawArrowButton, &QPushButton::clicked, this, [this] {
-        if (controlPanel->brushSettingsButton->isChecked())
-        {
-            Later([](Recorder& r) { r.DrawShape("ARROW"); });
-        }
-    });
+    connect(controlPanel->drawArrowButton, &QPushButton::clicked, this,
+            [this]
+            {
+                if (controlPanel->brushSettingsButton->isChecked())
+                {
+                    Later([](Recorder& r) { r.DrawShape("ARROW"); });
+                }
+            });
     connect(controlPanel->microphoneButton, &QPushButton::toggled, this,
             [this](bool on) { Later([on](Recorder& r) { r.SetMicrophoneEnabled(on); }); });
     connect(controlPanel->systemAudioButton, &QPushButton::toggled, this,
             [this](bool on) { Later([on](Recorder& r) { r.SetSystemAudioEnabled(on); }); });
     connect(captureModeComboBox, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             [this](int mode) { Later([mode](Recorder& r) { r.SetCaptureMode(mode); }); });
-    connect(webCameraButton, &QPushButton::toggled, this, [this](bool on) {
-        webCameraWindow->setVisible(on);
-        Later([on](Recorder& r) { r.SetWebCameraEnabled(on); });
-    });
-    connect(screenshotModeButton, &QPushButton::clicked, this, [this] {
-        screenshotPanel->show();
-    });
+    connect(webCameraButton, &QPushButton::toggled, this,
+            [this](bool on)
+            {
+                webCameraWindow->setVisible(on);
+                Later([on](Recorder& r) { r.SetWebCameraEnabled(on); });
+            });
+    connect(screenshotModeButton, &QPushButton::clicked, this, [this] { screenshotPanel->show(); });
     connect(mediaLibraryButton, &QPushButton::clicked, this, [this] { OpenMediaLibrary(); });
     connect(settingsButton, &QPushButton::clicked, this, [this] { OpenSettings(); });
 
-    connect(hotkeys, &GlobalHotkeyManager::HotkeyTriggeredId, this, [this](const QString& id) {
-        if (id == "captureStartStop")
-        {
-            Later([](Recorder& r) { r.ToggleStartStop(); });
-        }
-        else if (id == "capturePauseResume")
-        {
-            Later([](Recorder& r) { r.TogglePause(); });
-        }
-        else if (id == "takeScreenshot")
-        {
-            Later([](Recorder& r) { r.TakeScreenshot(); });
-        }
-    });
-    connect(quickActions, &QuickActionsMenu::ActionTriggered, this, [this](const QString& id) {
-        if (id == "captureStartStop")
-        {
-            Later([](Recorder& r) { r.ToggleStartStop(); });
-        }
-        else if (id == "takeScreenshot")
-        {
-            Later([](Recorder& r) { r.TakeScreenshot(); });
-        }
-    });
+    connect(hotkeys, &GlobalHotkeyManager::HotkeyTriggeredId, this,
+            [this](const QString& id)
+            {
+                if (id == "captureStartStop")
+                {
+                    Later([](Recorder& r) { r.ToggleStartStop(); });
+                }
+                else if (id == "capturePauseResume")
+                {
+                    Later([](Recorder& r) { r.TogglePause(); });
+                }
+                else if (id == "takeScreenshot")
+                {
+                    Later([](Recorder& r) { r.TakeScreenshot(); });
+                }
+            });
+    connect(quickActions, &QuickActionsMenu::ActionTriggered, this,
+            [this](const QString& id)
+            {
+                if (id == "captureStartStop")
+                {
+                    Later([](Recorder& r) { r.ToggleStartStop(); });
+                }
+                else if (id == "takeScreenshot")
+                {
+                    Later([](Recorder& r) { r.TakeScreenshot(); });
+                }
+            });
 
-    connect(&m_recorder, &Recorder::StateChanged, this, [this](Recorder::State state) {
-        const bool capturing = state != Recorder::State::Idle;
-        controlPanel->setVisible(capturing);
-        controlPanel->pauseButton->setText(state == Recorder::State::Paused ? "Resume" : "Pause");
-        webCameraWindow->SetCapturing(capturing);
-    });
+    connect(&m_recorder, &Recorder::StateChanged, this,
+            [this](Recorder::State state)
+            {
+                const bool capturing = state != Recorder::State::Idle;
+                controlPanel->setVisible(capturing);
+                controlPanel->pauseButton->setText(state == Recorder::State::Paused ? "Resume"
+                                                                                    : "Pause");
+                webCameraWindow->SetCapturing(capturing);
+            });
     connect(&m_recorder, &Recorder::RecordingFinished, this, [this] { OpenSaveVideo(); });
 }
 
@@ -284,27 +298,26 @@ void MainWindow::ConnectSettings(SettingsDialog* dialog)
     dialog->move(20, 540);
     HostServices& services = m_services;
     dialog->startStopHotkeyEdit->setText(services.hotkeys.Get("startStop").value(0).toString());
-    connect(dialog->startStopHotkeyEdit, &QLineEdit::returnPressed, this, [dialog, &services] {
-        services.hotkeys.Set("startStop", {dialog->startStopHotkeyEdit->text()});
-    });
+    connect(dialog->startStopHotkeyEdit, &QLineEdit::returnPressed, this,
+            [dialog, &services]
+            { services.hotkeys.Set("startStop", {dialog->startStopHotkeyEdit->text()}); });
     connect(dialog->codecComboBox, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             [&services](int index) { services.video.Set("codec", {index}); });
-    connect(dialog->highlightCursorCheckBox, &QCheckBox::toggled, this, [&services](bool on) {
-        services.cursor.Set("cursorHighlightEnabled", {on});
-    });
-    connect(dialog->clickSoundEdit, &QLineEdit::returnPressed, this, [dialog, &services] {
-        services.cursor.Set("customClickDownSound", {dialog->clickSoundEdit->text()});
-    });
+    connect(dialog->highlightCursorCheckBox, &QCheckBox::toggled, this,
+            [&services](bool on) { services.cursor.Set("cursorHighlightEnabled", {on}); });
+    connect(dialog->clickSoundEdit, &QLineEdit::returnPressed, this,
+            [dialog, &services]
+            { services.cursor.Set("customClickDownSound", {dialog->clickSoundEdit->text()}); });
     connect(dialog->languageComboBox, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            [dialog, &services](int index) {
+            [dialog, &services](int index)
+            {
                 const std::string language =
                     dialog->languageComboBox->itemData(index).toString().toStdString();
                 services.lookAndFeel->SetLanguage(language);
                 services.productSettings->SetCurrentLocale(language);
             });
-    connect(dialog->hyperPassCheckBox, &QCheckBox::toggled, this, [&services](bool on) {
-        services.convertationSettings->SetHyperPassEnabled(on);
-    });
+    connect(dialog->hyperPassCheckBox, &QCheckBox::toggled, this,
+            [&services](bool on) { services.convertationSettings->SetHyperPassEnabled(on); });
     connect(dialog->closeButton, &QPushButton::clicked, dialog, &QWidget::close);
     connect(dialog, &QDialog::finished, this, [this] { actionQuit->setProperty("state", {}); });
 }
@@ -312,14 +325,16 @@ void MainWindow::ConnectSettings(SettingsDialog* dialog)
 void MainWindow::ConnectSaveVideo(SaveVideoDialog* dialog)
 {
     dialog->move(20, 540);
-    connect(dialog->player, &PlayerControl::IntervalCut, this, [this](int begin, int end) {
-        Later([begin, end](Recorder& r) { r.RemoveInterval(begin, end); });
-    });
-    connect(dialog->saveButton, &QPushButton::clicked, this, [this, dialog] {
-        const QString preset = dialog->outputPresetComboBox->currentData().toString();
-        dialog->close();
-        Later([preset](Recorder& r) { r.Save(preset); });
-    });
+    connect(dialog->player, &PlayerControl::IntervalCut, this,
+            [this](int begin, int end)
+            { Later([begin, end](Recorder& r) { r.RemoveInterval(begin, end); }); });
+    connect(dialog->saveButton, &QPushButton::clicked, this,
+            [this, dialog]
+            {
+                const QString preset = dialog->outputPresetComboBox->currentData().toString();
+                dialog->close();
+                Later([preset](Recorder& r) { r.Save(preset); });
+            });
     connect(dialog->cancelButton, &QPushButton::clicked, dialog, &QWidget::close);
 }
 
@@ -339,10 +354,12 @@ void MainWindow::ConnectMediaLibrary(MediaLibraryWindow* window)
 void MainWindow::ConnectEmail(EmailDialog* dialog)
 {
     dialog->move(340, 540);
-    connect(dialog->sendButton, &QPushButton::clicked, this, [this, dialog] {
-        dialog->close();
-        Later([](Recorder& r) { r.Share(kShareByEmail); });
-    });
+    connect(dialog->sendButton, &QPushButton::clicked, this,
+            [this, dialog]
+            {
+                dialog->close();
+                Later([](Recorder& r) { r.Share(kShareByEmail); });
+            });
 }
 
 void MainWindow::ConnectAbout(AboutBoxDialog* dialog)
@@ -353,10 +370,10 @@ void MainWindow::ConnectAbout(AboutBoxDialog* dialog)
 
 void MainWindow::Quit()
 {
-    for (QWidget* window : std::initializer_list<QWidget*>{
-             m_about.get(), m_email.get(), m_mediaLibrary.get(), m_saveVideo.get(),
-             m_settings.get(), webCameraWindow.get(), screenshotPanel.get(), controlPanel.get(),
-             this})
+    for (QWidget* window :
+         std::initializer_list<QWidget*>{m_about.get(), m_email.get(), m_mediaLibrary.get(),
+                                         m_saveVideo.get(), m_settings.get(), webCameraWindow.get(),
+                                         screenshotPanel.get(), controlPanel.get(), this})
     {
         if (window && window->isVisible())
         {

@@ -34,8 +34,8 @@ Recorder::Recorder(HostServices& services, const SimulatedClock& clock, QObject*
 
 std::int64_t Recorder::Elapsed() const
 {
-    return m_recorded
-           + (m_state == State::Recording ? m_clock.NowMicroseconds() - m_segmentStart : 0);
+    return m_recorded +
+           (m_state == State::Recording ? m_clock.NowMicroseconds() - m_segmentStart : 0);
 }
 
 std::vector<KT::CaptureSource> Recorder::Sources() const
@@ -75,7 +75,8 @@ KT::CaptureSettings Recorder::Settings() const
     settings.effects.showCursor = FlagSetting(cursor, "cursorEnabled");
     settings.effects.highlightCursor = FlagSetting(cursor, "cursorHighlightEnabled");
     settings.effects.highlightCursorSize = IntSetting(cursor, "cursorHighlightSize");
-    settings.effects.highlightCursorColor = cursor.Get("cursorHighlightColor").value(0).value<QColor>();
+    settings.effects.highlightCursorColor =
+        cursor.Get("cursorHighlightColor").value(0).value<QColor>();
     settings.effects.highlightClicks = FlagSetting(cursor, "clicksHighlightEnabled");
     settings.effects.highlightClicksColorLeft =
         cursor.Get("leftClicksHighlightColor").value(0).value<QColor>();
@@ -266,8 +267,7 @@ void Recorder::Share(int target)
     {
         return;
     }
-    auto& manager =
-        target == kShareOnYouTube ? m_services.youTubeSharing : m_services.emailSharing;
+    auto& manager = target == kShareOnYouTube ? m_services.youTubeSharing : m_services.emailSharing;
     manager.Finish(m_lastFile, true);
 }
 

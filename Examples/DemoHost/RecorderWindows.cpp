@@ -34,31 +34,31 @@ Widget* Named(Widget* widget, const QString& name)
 }  // namespace
 
 CaptureControlPanel::CaptureControlPanel()
-    : QWidget(nullptr, Qt::Tool)
-    , stopButton(Button("stopButton", "Stop", this))
-    , pauseButton(Button("pauseButton", "Pause", this))
-    , cancelButton(Button("cancelButton", "Cancel", this))
-    , takeScreenshotButton(Button("takeScreenshotButton", "Screenshot", this))
-    , brushSettingsButton(Button("brushSettingsButton", "Draw", this, true))
-    , drawArrowButton(Button("drawArrowButton", "Arrow", this))
-    , microphoneButton(Button("microphoneButton", "Mic", this, true))
-    , systemAudioButton(Button("systemAudioButton", "System audio", this, true))
+    : QWidget(nullptr, Qt::Tool),
+      stopButton(Button("stopButton", "Stop", this)),
+      pauseButton(Button("pauseButton", "Pause", this)),
+      cancelButton(Button("cancelButton", "Cancel", this)),
+      takeScreenshotButton(Button("takeScreenshotButton", "Screenshot", this)),
+      brushSettingsButton(Button("brushSettingsButton", "Draw", this, true)),
+      drawArrowButton(Button("drawArrowButton", "Arrow", this)),
+      microphoneButton(Button("microphoneButton", "Mic", this, true)),
+      systemAudioButton(Button("systemAudioButton", "System audio", this, true))
 {
     setObjectName("CaptureControlPanel");
     setWindowTitle("Recording");
     microphoneButton->setChecked(true);
     auto* layout = new QHBoxLayout(this);
-    for (QWidget* widget : {stopButton, pauseButton, cancelButton, takeScreenshotButton,
-                            brushSettingsButton, drawArrowButton, microphoneButton,
-                            systemAudioButton})
+    for (QWidget* widget :
+         {stopButton, pauseButton, cancelButton, takeScreenshotButton, brushSettingsButton,
+          drawArrowButton, microphoneButton, systemAudioButton})
     {
         layout->addWidget(widget);
     }
 }
 
 ScreenshotPanel::ScreenshotPanel()
-    : QWidget(nullptr, Qt::Tool)
-    , takeScreenshotButton(Button("takeScreenshotButton", "Take screenshot", this))
+    : QWidget(nullptr, Qt::Tool),
+      takeScreenshotButton(Button("takeScreenshotButton", "Take screenshot", this))
 {
     setObjectName("ScreenshotPanel");
     setWindowTitle("Screenshot");
@@ -67,12 +67,11 @@ ScreenshotPanel::ScreenshotPanel()
 }
 
 WebCameraWindow::WebCameraWindow()
-    : QWidget(nullptr, Qt::Tool)
-    , configuringToolBar(Named(new QWidget(this), "configuringToolBar"))
-    , configuringScreenshotButton(
-          Button("takeScreenshotButton", "Snapshot", configuringToolBar))
-    , capturingToolBar(Named(new QWidget(this), "capturingToolBar"))
-    , capturingScreenshotButton(Button("takeScreenshotButton", "Snapshot", capturingToolBar))
+    : QWidget(nullptr, Qt::Tool),
+      configuringToolBar(Named(new QWidget(this), "configuringToolBar")),
+      configuringScreenshotButton(Button("takeScreenshotButton", "Snapshot", configuringToolBar)),
+      capturingToolBar(Named(new QWidget(this), "capturingToolBar")),
+      capturingScreenshotButton(Button("takeScreenshotButton", "Snapshot", capturingToolBar))
 {
     setObjectName("WebCameraWindow");
     setWindowTitle("Web camera");
@@ -92,18 +91,18 @@ void WebCameraWindow::SetCapturing(bool capturing)
 }
 
 SettingsDialog::SettingsDialog()
-    : startStopHotkeyEdit(Named(new QLineEdit(this), "startStopHotkeyEdit"))
-    , codecComboBox(Named(new QComboBox(this), "codecComboBox"))
-    , highlightCursorCheckBox(
-          Named(new QCheckBox("Highlight the cursor", this), "highlightCursorCheckBox"))
-    , clickSoundEdit(Named(new QLineEdit(this), "clickSoundEdit"))
-    , languageComboBox(Named(new QComboBox(this), "languageComboBox"))
-    , hyperPassCheckBox(Named(new QCheckBox("HyperPass conversion", this), "hyperPassCheckBox"))
-    , closeButton(Button("closeButton", "Close", this))
+    : startStopHotkeyEdit(Named(new QLineEdit(this), "startStopHotkeyEdit")),
+      codecComboBox(Named(new QComboBox(this), "codecComboBox")),
+      highlightCursorCheckBox(
+          Named(new QCheckBox("Highlight the cursor", this), "highlightCursorCheckBox")),
+      clickSoundEdit(Named(new QLineEdit(this), "clickSoundEdit")),
+      languageComboBox(Named(new QComboBox(this), "languageComboBox")),
+      hyperPassCheckBox(Named(new QCheckBox("HyperPass conversion", this), "hyperPassCheckBox")),
+      closeButton(Button("closeButton", "Close", this))
 {
     setObjectName("SettingsDialog");
     setWindowTitle("Settings");
-    codecComboBox->addItems({"H.264", "HEVC", "MPEG-4"});
+    codecComboBox->addItems({"H.264", "Motion JPEG", "VP8"});
     languageComboBox->addItem("English", "en");
     languageComboBox->addItem("Deutsch", "de");
 
@@ -131,10 +130,10 @@ SettingsDialog::SettingsDialog()
 }
 
 SaveVideoDialog::SaveVideoDialog()
-    : player(new PlayerControl(this))
-    , outputPresetComboBox(Named(new QComboBox(this), "outputPresetComboBox"))
-    , saveButton(Button("saveButton", "Save", this))
-    , cancelButton(Button("cancelButton", "Cancel", this))
+    : player(new PlayerControl(this)),
+      outputPresetComboBox(Named(new QComboBox(this), "outputPresetComboBox")),
+      saveButton(Button("saveButton", "Save", this)),
+      cancelButton(Button("cancelButton", "Cancel", this))
 {
     setObjectName("SaveVideoDialog");
     setWindowTitle("Save video");
@@ -150,11 +149,11 @@ SaveVideoDialog::SaveVideoDialog()
 }
 
 MediaLibraryWindow::MediaLibraryWindow()
-    : showInFolderButton(Button("showInFolderButton", "Show in folder", this))
-    , emailButton(Button("emailButton", "Send by e-mail", this))
-    , uploader(new YouTubeUploader(this))
-    , deleteButton(Button("deleteButton", "Move to trash", this))
-    , closeButton(Button("closeButton", "Close", this))
+    : showInFolderButton(Button("showInFolderButton", "Show in folder", this)),
+      emailButton(Button("emailButton", "Send by e-mail", this)),
+      uploader(new YouTubeUploader(this)),
+      deleteButton(Button("deleteButton", "Move to trash", this)),
+      closeButton(Button("closeButton", "Close", this))
 {
     setObjectName("MediaLibraryWindow");
     setWindowTitle("Media library");
@@ -168,8 +167,8 @@ MediaLibraryWindow::MediaLibraryWindow()
 }
 
 EmailDialog::EmailDialog()
-    : recipientEdit(Named(new QLineEdit(this), "recipientEdit"))
-    , sendButton(Button("sendButton", "Send", this))
+    : recipientEdit(Named(new QLineEdit(this), "recipientEdit")),
+      sendButton(Button("sendButton", "Send", this))
 {
     setObjectName("EmailDialog");
     setWindowTitle("Send by e-mail");
@@ -179,8 +178,8 @@ EmailDialog::EmailDialog()
 }
 
 AboutBoxDialog::AboutBoxDialog()
-    : homePageLabel(Named(new QLabel(this), "homePageLabel"))
-    , closeButton(Button("closeButton", "Close", this))
+    : homePageLabel(Named(new QLabel(this), "homePageLabel")),
+      closeButton(Button("closeButton", "Close", this))
 {
     setObjectName("AboutBoxDialog");
     setWindowTitle("About");

@@ -44,7 +44,8 @@ void ChooseFromMenu(QMenu* menu, QAction* action, QMenuBar* bar = nullptr)
 {
     if (bar)
     {
-        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(menu->menuAction()).center());
+        QTest::mouseClick(bar, Qt::LeftButton, {},
+                          bar->actionGeometry(menu->menuAction()).center());
     }
     else
     {
@@ -65,11 +66,11 @@ void ChooseFromMenu(QMenu* menu, QAction* action, QMenuBar* bar = nullptr)
 
 SessionScript::SessionScript(MainWindow& window, Recorder& recorder, SimulatedClock& clock,
                              HostServices& services, int stepDelayMs)
-    : m_window(window)
-    , m_recorder(recorder)
-    , m_clock(clock)
-    , m_services(services)
-    , m_stepDelayMs(stepDelayMs)
+    : m_window(window),
+      m_recorder(recorder),
+      m_clock(clock),
+      m_services(services),
+      m_stepDelayMs(stepDelayMs)
 {
 }
 
@@ -95,7 +96,8 @@ void SessionScript::Play(const std::function<void()>& beforeQuit)
 {
     MainWindow& w = m_window;
     QMenuBar* bar = w.menuBar();
-    const auto step = [this](const std::function<void()>& action) {
+    const auto step = [this](const std::function<void()>& action)
+    {
         action();
         Settle();
     };
@@ -216,15 +218,17 @@ void SessionScript::Play(const std::function<void()>& beforeQuit)
     step([&] { Click(w.MediaLibrary()->closeButton); });
 
     // The main window's other controls.
-    step([&] {
-        Click(w.recentProjectsButton);
-        QListWidget* list = w.recentProjectsButton->PopUp();
-        if (list)
+    step(
+        [&]
         {
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                              list->visualItemRect(list->item(2)).center());
-        }
-    });
+            Click(w.recentProjectsButton);
+            QListWidget* list = w.recentProjectsButton->PopUp();
+            if (list)
+            {
+                QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                                  list->visualItemRect(list->item(2)).center());
+            }
+        });
     step([&] { Click(w.sidebar->webCameraFeature); });
     step([&] { Click(w.sidebar->removeSchedulerFeature); });
     step([&] { Click(w.quickActions->screenshot); });
@@ -233,10 +237,12 @@ void SessionScript::Play(const std::function<void()>& beforeQuit)
     step([&] { ChooseFromMenu(w.helpMenu, w.actionAbout, bar); });
     if (AboutBoxDialog* about = w.About())
     {
-        step([&] {
-            QLabel* label = about->homePageLabel;
-            QTest::mouseClick(label, Qt::LeftButton, {}, QPoint(12, label->height() / 2));
-        });
+        step(
+            [&]
+            {
+                QLabel* label = about->homePageLabel;
+                QTest::mouseClick(label, Qt::LeftButton, {}, QPoint(12, label->height() / 2));
+            });
         step([&] { Click(about->closeButton); });
     }
 
