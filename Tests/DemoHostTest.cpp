@@ -246,6 +246,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "S\n\tMONITOR12_RECT=<machine>\n\tMONITORS_COUNT=<machine>\n"},
         MaskRow{"LookalikeKeysKept", "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n",
                 "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n"},
+        MaskRow{"MonitorKeyWithMoreAfterIt", "S\n\tMONITOR2_RECT_OLD=x\n",
+                "S\n\tMONITOR2_RECT_OLD=x\n"},
         MaskRow{"EventNamedLikeAKey", "OS_NAME=x\n", "OS_NAME=x\n"},
         MaskRow{"EmptyValueMasked", "S\n\tNVENC_ENABLED=\n", "S\n\tNVENC_ENABLED=<machine>\n"}),
     [](const testing::TestParamInfo<MaskRow>& info) { return std::string(info.param.label); });

@@ -59,9 +59,17 @@ TEST_P(DemoHotkeysTest, TakesAndReportsConfiguredKeysOnly)
     {
         settings.Set(field, {key});
     }
+    using Velkor::Demo::GlobalHotkeyManager;
     std::vector<QString> reported;
-    QObject::connect(&hotkeys, &Velkor::Demo::GlobalHotkeyManager::HotkeyTriggeredId,
+    QObject::connect(&hotkeys, &GlobalHotkeyManager::HotkeyTriggeredId,
                      [&reported](const QString& id) { reported.push_back(id); });
+    // The commands' own signals, reported after the id.
+    QObject::connect(&hotkeys, &GlobalHotkeyManager::CaptureStartStopTriggered,
+                     [&reported] { reported.push_back("StartStop()"); });
+    QObject::connect(&hotkeys, &GlobalHotkeyManager::CapturePauseResumeTriggered,
+                     [&reported] { reported.push_back("PauseResume()"); });
+    QObject::connect(&hotkeys, &GlobalHotkeyManager::TakeScreenshotTriggered,
+                     [&reported] { reported.push_back("Screenshot()"); });
     KeyTarget target;
 
     QTest::keyClick(&target, row.key, row.modifiers);
@@ -75,14 +83,19 @@ TEST_P(DemoHotkeysTest, TakesAndReportsConfiguredKeysOnly)
 INSTANTIATE_TEST_SUITE_P(
     Keys, DemoHotkeysTest,
     testing::Values(
-        HotkeyRow{"SetBeforeCreation", {}, Qt::Key_F9, Qt::ControlModifier, {"captureStartStop"}},
-        HotkeyRow{"OtherField", {}, Qt::Key_F7, Qt::ControlModifier, {"takeScreenshot"}},
+        HotkeyRow{"SetBeforeCreation",
+                  {},
+                  Qt::Key_F9,
+                  Qt::ControlModifier,
+                  {"captureStartStop", "StartStop()"}},
+        HotkeyRow{
+            "OtherField", {}, Qt::Key_F7, Qt::ControlModifier, {"takeScreenshot", "Screenshot()"}},
         HotkeyRow{"ModifierMatters", {}, Qt::Key_F9, Qt::NoModifier, {}},
         HotkeyRow{"ChangedKeyWorks",
                   {{"startStop", "Ctrl+F10"}},
                   Qt::Key_F10,
                   Qt::ControlModifier,
-                  {"captureStartStop"}},
+                  {"captureStartStop", "StartStop()"}},
         HotkeyRow{"ChangedKeyOldOneFree",
                   {{"startStop", "Ctrl+F10"}},
                   Qt::Key_F9,
@@ -92,8 +105,13 @@ INSTANTIATE_TEST_SUITE_P(
                   {{"pauseResume", "Shift+F8"}},
                   Qt::Key_F8,
                   Qt::ShiftModifier,
-                  {"capturePauseResume"}},
+                  {"capturePauseResume", "PauseResume()"}},
         HotkeyRow{"ClearedKeyFree", {{"takeScreenshot", ""}}, Qt::Key_F7, Qt::ControlModifier, {}},
+        HotkeyRow{"OverlaysHaveNoCommandSignal",
+                  {{"showHideOverlays", "Ctrl+F6"}},
+                  Qt::Key_F6,
+                  Qt::ControlModifier,
+                  {"showHideOverlays"}},
         HotkeyRow{"PresetFieldIsNoHotkey",
                   {{"fastPreset", "Ctrl+F5"}},
                   Qt::Key_F5,

@@ -59,7 +59,20 @@ bool GlobalHotkeyManager::eventFilter(QObject* watched, QEvent* event)
         {
             if (!sequence.isEmpty() && sequence == pressed)
             {
-                emit HotkeyTriggeredId(IdOfField(field));
+                const QString id = IdOfField(field);
+                emit HotkeyTriggeredId(id);
+                if (id == "captureStartStop")
+                {
+                    emit CaptureStartStopTriggered();
+                }
+                else if (id == "capturePauseResume")
+                {
+                    emit CapturePauseResumeTriggered();
+                }
+                else if (id == "takeScreenshot")
+                {
+                    emit TakeScreenshotTriggered();
+                }
                 return true;
             }
         }

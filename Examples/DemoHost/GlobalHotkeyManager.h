@@ -18,7 +18,8 @@ namespace Velkor::Demo
 
 // The recorder's global hot keys: a key press anywhere in the application that matches one of
 // the hot keys of the settings is consumed and reported by its id ("captureStartStop",
-// "capturePauseResume", "takeScreenshot", ...). Follows changes of the settings at once.
+// "capturePauseResume", "takeScreenshot", ...), and the three capture commands also by a signal
+// of their own. Follows changes of the settings at once.
 class GlobalHotkeyManager : public QObject, private KT::ISettingsObserver
 {
     Q_OBJECT
@@ -32,6 +33,9 @@ public:
 
 signals:
     void HotkeyTriggeredId(const QString& id);
+    void CaptureStartStopTriggered();
+    void CapturePauseResumeTriggered();
+    void TakeScreenshotTriggered();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -1,11 +1,34 @@
 #include "MachineValues.h"
 
-#include <regex>
+#include <cctype>
 #include <set>
 #include <sstream>
 
 namespace Velkor::Demo
 {
+
+namespace
+{
+
+// "MONITOR<n>_RECT", "MONITOR<n>_PHYSICAL_DPI" or "MONITOR<n>_LOGICAL_DPI" for a number n.
+bool IsMonitorKey(const std::string& key)
+{
+    static const std::string prefix = "MONITOR";
+    if (key.compare(0, prefix.size(), prefix) != 0)
+    {
+        return false;
+    }
+    std::size_t end = prefix.size();
+    while (end < key.size() && std::isdigit(static_cast<unsigned char>(key[end])))
+    {
+        ++end;
+    }
+    const std::string suffix = key.substr(end);
+    return end > prefix.size() &&
+           (suffix == "_RECT" || suffix == "_PHYSICAL_DPI" || suffix == "_LOGICAL_DPI");
+}
+
+}  // namespace
 
 bool IsMachineKey(const std::string& key)
 {
@@ -18,8 +41,7 @@ bool IsMachineKey(const std::string& key)
         "OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE",
         // Screens.
         "MONITORS_COUNT"};
-    static const std::regex monitor("MONITOR[0-9]+_(RECT|PHYSICAL_DPI|LOGICAL_DPI)");
-    return keys.count(key) != 0 || std::regex_match(key, monitor);
+    return keys.count(key) != 0 || IsMonitorKey(key);
 }
 
 std::string MaskMachineValues(const std::string& eventText)
