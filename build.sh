@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs the main job or the tests.
 #
-#   ./build.sh run                      build, then run the main job
+#   ./build.sh run                      build, then run the main job (the demo host's session)
 #   ./build.sh test                     build, then run every test
 #   ./build.sh test --sanitize address,undefined   the same in a sanitizer build (build-asan/)
 #   ./build.sh test --sanitize thread --label threaded   threaded tests under ThreadSanitizer
@@ -78,7 +78,7 @@ fi
 
 case "$command" in
     run)
-        "${run_prefix[@]}" "$build_dir/Examples/SampleChain/KtSampleChain"
+        "${run_prefix[@]}" "$build_dir/Examples/DemoHost/KtDemoHost"
         ;;
     test)
         ctest_args=(--test-dir "$build_dir" --output-on-failure -j "$jobs")

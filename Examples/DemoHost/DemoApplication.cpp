@@ -1,0 +1,178 @@
+#include "DemoApplication.h"
+
+#include "HostServices.h"
+#include "MachineValues.h"
+#include "MainWindow.h"
+#include "Recorder.h"
+#include "SessionPrinter.h"
+#include "SessionScript.h"
+
+#include "Analytics/ApplicationTrackerFactory.h"
+#include "Analytics/JsonLinesApplicationTracker.h"
+#include "Tracking/StatisticsManager.h"
+#include "Tracking/Tracking.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QListWidget>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <iostream>
+#include <memory>
+
+namespace Velkor::Demo
+{
+
+namespace
+{
+
+using namespace KT::Tracking;
+
+struct Documents
+{
+    const char* main;
+    const char* filter;
+};
+
+Documents DocumentsOf(const QString& variant)
+{
+    if (variant == "second")
+    {
+        return {"/KT/Tracking/ConfigGACA.xml", "/KT/Tracking/FilterConfigGACA.xml"};
+    }
+    return {"/KT/Tracking/Config.xml", "/KT/Tracking/FilterConfig.xml"};
+}
+
+// The debug viewer's window: the top-level list that is not a pop-up of one of our buttons.
+QListWidget* ViewerWindow()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets())
+    {
+        auto* list = qobject_cast<QListWidget*>(widget);
+        if (list && list->windowType() == Qt::Window)
+        {
+            return list;
+        }
+    }
+    return nullptr;
+}
+
+bool WriteViewerItems(const QString& path, bool maskMachineValues)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    {
+        std::cerr << "Can't write " << path.toStdString() << "\n";
+        return false;
+    }
+    if (QListWidget* viewer = ViewerWindow())
+    {
+        for (int row = 0; row < viewer->count(); ++row)
+        {
+            std::string text = viewer->item(row)->text().toStdString();
+            if (maskMachineValues)
+            {
+                text = MaskMachineValues(text);
+            }
+            file.write(text.data(), qint64(text.size()));
+        }
+    }
+    return true;
+}
+
+void SaveScreen(const QString& path)
+{
+    QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen || !screen->grabWindow(0).save(path, "PNG"))
+    {
+        std::cerr << "Can't save the screen to " << path.toStdString() << "\n";
+    }
+}
+
+}  // namespace
+
+int RunDemo(const DemoOptions& options)
+{
+    QTemporaryDir temporary;
+    const QString dataDirectory =
+        options.dataDirectory.isEmpty() ? temporary.path() : options.dataDirectory;
+    QDir().mkpath(dataDirectory);
+
+    Analytics::ScopedApplicationTrackerCreator analytics(
+        []
+        {
+            return Analytics::RefPtr<Analytics::IApplicationTracker>(
+                Analytics::JsonLinesApplicationTracker::Create());
+        });
+
+    HostServices services(dataDirectory);
+
+    // The chain, back to front.
+    const Documents documents = DocumentsOf(options.variant);
+    auto viewer = std::make_shared<DebugKtTracker>();
+    auto printer = std::make_shared<SessionPrinter>(std::cout, !options.machineValues);
+    auto delivery = std::make_shared<ForwardKtTracker>(
+        services.customization, services.productSettings, services.sessionId,
+        App::ioPath(QDir(dataDirectory).filePath("analytics")),
+        std::vector<std::shared_ptr<IKtTrackingEndpoint>>{viewer, printer});
+    auto aggregator = std::make_shared<AggregatorKtTracker>(delivery);
+    aggregator->SetConfig(LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
+    auto filter = std::make_shared<FilterKtTracker>(aggregator);
+    filter->SetConfig(LoadConfigFromQrc(documents.filter));
+
+    auto manager = std::make_unique<StatisticsManager>(
+        filter, services.lookAndFeel, services.productSettingsManager, services.applicationSettings,
+        services.launchType, services.crashTracker, services.convertationSettings,
+        std::vector<FillerTypes>{FillerTypes::Accelerators, FillerTypes::HyperPass,
+                                 FillerTypes::AppLanguage, FillerTypes::CountryName,
+                                 FillerTypes::MonitorsConfig, FillerTypes::AppConfig,
+                                 FillerTypes::HardwareConfig, FillerTypes::OSConfig});
+    manager->SetConfig(LoadConfigFromQrc(documents.main));
+
+    SimulatedClock clock;
+    Recorder recorder(services, clock);
+    auto window = std::make_unique<MainWindow>(
+        services, recorder, [&manager](QWidget* created) { manager->AttachQObject(created); });
+    manager->AttachAllTopLevelWindows();
+    manager->AttachInstances();
+    window->show();
+
+    const bool script = options.script || !options.interactive;
+    std::unique_ptr<SessionScript> session;
+    if (script)
+    {
+        session = std::make_unique<SessionScript>(*window, recorder, clock, services,
+                                                  options.interactive ? 150 : 0);
+        QTimer::singleShot(0, window.get(),
+                           [&]
+                           {
+                               session->Play(
+                                   [&]
+                                   {
+                                       if (!options.screenshotFile.isEmpty())
+                                       {
+                                           SaveScreen(options.screenshotFile);
+                                       }
+                                   });
+                           });
+    }
+    const int result = QApplication::exec();
+
+    // The exit event, then everything still queued for the viewer.
+    manager.reset();
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    bool written = true;
+    if (!options.viewerItemsFile.isEmpty())
+    {
+        written = WriteViewerItems(options.viewerItemsFile, !options.machineValues);
+    }
+    session.reset();
+    window.reset();
+    return result != 0 ? result : (written ? 0 : 1);
+}
+
+}  // namespace Velkor::Demo

@@ -1,0 +1,255 @@
+// The demo host as a whole: its scripted session, run as a separate process, must print the
+// recorded events, show exactly those in the viewer and hand exactly those to the analytics
+// service; and the printout's masking of machine facts.
+
+#include "MachineValues.h"
+
+#include <gtest/gtest.h>
+
+#include <QColor>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+std::string ReadFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+    {
+        return "<missing " + path.toStdString() + ">";
+    }
+    return file.readAll().toStdString();
+}
+
+// Splits a printout in the viewer's text form into one text per event: a line that does not
+// start with a tab begins a new event.
+std::vector<std::string> SplitEvents(const std::string& printout)
+{
+    std::vector<std::string> events;
+    std::size_t begin = 0;
+    while (begin < printout.size())
+    {
+        std::size_t end = printout.find('\n', begin);
+        end = end == std::string::npos ? printout.size() : end + 1;
+        if (printout[begin] != '\t' || events.empty())
+        {
+            events.emplace_back();
+        }
+        events.back() += printout.substr(begin, end - begin);
+        begin = end;
+    }
+    return events;
+}
+
+std::string NameOf(const std::string& eventText)
+{
+    return eventText.substr(0, eventText.find('\n'));
+}
+
+struct AnalyticsEvent
+{
+    std::string name;
+    QJsonObject params;
+};
+
+std::vector<AnalyticsEvent> ReadAnalytics(const QString& directory)
+{
+    std::vector<AnalyticsEvent> events;
+    QDirIterator files(directory, {"*.jsonl"}, QDir::Files, QDirIterator::Subdirectories);
+    QStringList paths;
+    while (files.hasNext())
+    {
+        paths << files.next();
+    }
+    EXPECT_EQ(paths.size(), 1) << "one analytics file expected: " << paths.join(' ').toStdString();
+    for (const QString& path : paths)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        while (!file.atEnd())
+        {
+            const QJsonObject line = QJsonDocument::fromJson(file.readLine()).object();
+            events.push_back(
+                {line.value("name").toString().toStdString(), line.value("params").toObject()});
+        }
+    }
+    return events;
+}
+
+// The first event where two printouts differ, for a readable failure.
+std::string FirstDifference(const std::vector<std::string>& actual,
+                            const std::vector<std::string>& expected)
+{
+    for (std::size_t i = 0; i < std::max(actual.size(), expected.size()); ++i)
+    {
+        const std::string a = i < actual.size() ? actual[i] : "<none>\n";
+        const std::string e = i < expected.size() ? expected[i] : "<none>\n";
+        if (a != e)
+        {
+            return "event #" + std::to_string(i + 1) + "\n--- expected:\n" + e + "--- actual:\n" +
+                   a;
+        }
+    }
+    return "none";
+}
+
+struct SessionRow
+{
+    const char* label;
+    const char* variant;
+    const char* expectedFile;
+    // Runs under a virtual X server with the windows shown and takes a screenshot.
+    bool onXServer;
+};
+
+void PrintTo(const SessionRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class DemoSessionTest : public testing::TestWithParam<SessionRow>
+{
+};
+
+TEST_P(DemoSessionTest, PrintsViewsAndDeliversTheRecordedEvents)
+{
+    const SessionRow& row = GetParam();
+    const QString xvfbRun = QStandardPaths::findExecutable("xvfb-run");
+    if (row.onXServer && xvfbRun.isEmpty())
+    {
+        GTEST_SKIP() << "xvfb-run is not installed";
+    }
+    QTemporaryDir work;
+    ASSERT_TRUE(work.isValid());
+    const QString data = work.filePath("data");
+    const QString viewerItems = work.filePath("viewer.txt");
+    const QString screenshot = work.filePath("screen.png");
+
+    QStringList arguments{"--data-dir",     data,       "--variant", row.variant,
+                          "--viewer-items", viewerItems};
+    QProcess demo;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    if (row.onXServer)
+    {
+        environment.insert("QT_QPA_PLATFORM", "xcb");
+        arguments << "--interactive"
+                  << "--script"
+                  << "--screenshot" << screenshot;
+        arguments.prepend(KT_DEMO_HOST);
+        arguments = QStringList{"-a", "-s", "-screen 0 1280x1024x24"} + arguments;
+        demo.setProgram(xvfbRun);
+    }
+    else
+    {
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        demo.setProgram(KT_DEMO_HOST);
+    }
+    demo.setProcessEnvironment(environment);
+    demo.setArguments(arguments);
+    demo.start();
+    ASSERT_TRUE(demo.waitForFinished(240000)) << "the demo did not end";
+    const std::string errors = demo.readAllStandardError().toStdString();
+    ASSERT_EQ(demo.exitStatus(), QProcess::NormalExit) << errors;
+    ASSERT_EQ(demo.exitCode(), 0) << errors;
+
+    const std::string printout = demo.readAllStandardOutput().toStdString();
+    const auto printed = SplitEvents(printout);
+    const auto expected = SplitEvents(ReadFile(QString(KT_DEMO_DATA "/") + row.expectedFile));
+    EXPECT_EQ(printed.size(), expected.size());
+    EXPECT_EQ(printed, expected) << "first difference: " << FirstDifference(printed, expected);
+
+    // The viewer holds the same events, in the same order, nothing more.
+    EXPECT_EQ(ReadFile(viewerItems), printout);
+
+    // The analytics service got every delivered event once, in order, with real machine facts.
+    const auto analytics = ReadAnalytics(data);
+    ASSERT_EQ(analytics.size(), printed.size());
+    for (std::size_t i = 0; i < printed.size(); ++i)
+    {
+        EXPECT_EQ(analytics[i].name, NameOf(printed[i])) << "event #" << i + 1;
+    }
+    ASSERT_FALSE(analytics.empty());
+    const QJsonObject start = analytics.front().params;
+    EXPECT_TRUE(start.contains("OS_NAME"));
+    EXPECT_NE(start.value("OS_NAME").toString(), QString(Velkor::Demo::kMachineValue));
+
+    if (row.onXServer)
+    {
+        const QImage image(screenshot);
+        ASSERT_FALSE(image.isNull()) << "no screenshot";
+        EXPECT_EQ(image.size(), QSize(1280, 1024));
+        const QRgb corner = image.pixel(0, 0);
+        bool varied = false;
+        for (int y = 0; y < image.height() && !varied; y += 7)
+        {
+            for (int x = 0; x < image.width() && !varied; x += 7)
+            {
+                varied = image.pixel(x, y) != corner;
+            }
+        }
+        EXPECT_TRUE(varied) << "the screenshot is of one colour";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sessions, DemoSessionTest,
+    testing::Values(SessionRow{"Headless", "first", "DemoSession.expected", false},
+                    SessionRow{"HeadlessSecondVariant", "second", "DemoSessionSecond.expected",
+                               false},
+                    SessionRow{"ShownOnXServer", "first", "DemoSession.expected", true}),
+    [](const testing::TestParamInfo<SessionRow>& info) { return std::string(info.param.label); });
+
+struct MaskRow
+{
+    const char* label;
+    std::string text;
+    std::string expected;
+};
+
+void PrintTo(const MaskRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class MachineValuesTest : public testing::TestWithParam<MaskRow>
+{
+};
+
+TEST_P(MachineValuesTest, MasksOnlyMachineFacts)
+{
+    EXPECT_EQ(Velkor::Demo::MaskMachineValues(GetParam().text), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, MachineValuesTest,
+    testing::Values(
+        MaskRow{"NameAlone", "APP_EXIT\n", "APP_EXIT\n"},
+        MaskRow{"SessionValuesKept", "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n",
+                "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n"},
+        MaskRow{"SystemAndHardware", "S\n\tCPU_CORES=8\n\tOS_NAME=Debian\n\tAPP_BITS=64\n",
+                "S\n\tCPU_CORES=<machine>\n\tOS_NAME=<machine>\n\tAPP_BITS=<machine>\n"},
+        MaskRow{"ValueWithEqualsSign", "S\n\tCPU_NAME=a=b\n", "S\n\tCPU_NAME=<machine>\n"},
+        MaskRow{"AnyMonitorNumber", "S\n\tMONITOR12_RECT=0,0,1,1\n\tMONITORS_COUNT=12\n",
+                "S\n\tMONITOR12_RECT=<machine>\n\tMONITORS_COUNT=<machine>\n"},
+        MaskRow{"LookalikeKeysKept", "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n",
+                "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n"},
+        MaskRow{"MonitorKeyWithMoreAfterIt", "S\n\tMONITOR2_RECT_OLD=x\n",
+                "S\n\tMONITOR2_RECT_OLD=x\n"},
+        MaskRow{"EventNamedLikeAKey", "OS_NAME=x\n", "OS_NAME=x\n"},
+        MaskRow{"EmptyValueMasked", "S\n\tNVENC_ENABLED=\n", "S\n\tNVENC_ENABLED=<machine>\n"}),
+    [](const testing::TestParamInfo<MaskRow>& info) { return std::string(info.param.label); });
+
+}  // namespace
