@@ -3,9 +3,9 @@
 // common events at both ends.
 
 #include "InstancesTestSupport.h"
+#include "Support/LaunchAndCrashDoubles.h"
 #include "Support/QtPump.h"
 
-#include "App/ICrashTracker.h"
 #include "App/ILaunchTypeProcessor.h"
 #include "App/LookAndFeelManager.h"
 #include "KT/AbstractScreenshotTakerWrapper.h"
@@ -51,24 +51,6 @@ public:
 
 signals:
     void HotkeyTriggeredId(const QString& id);
-};
-
-class FirstStartLaunch : public App::ILaunchTypeProcessor
-{
-public:
-    int GetLaunchType() const override { return FirstStart; }
-};
-
-class OneCrash : public App::ICrashTracker
-{
-public:
-    std::vector<std::string> TakeUnreportedFailedSessions() override
-    {
-        return std::exchange(m_sessions, {});
-    }
-
-private:
-    std::vector<std::string> m_sessions = {"crashed-session"};
 };
 
 // The windows of the host that the main document names.
@@ -145,7 +127,8 @@ TEST_F(EndToEndSessionTest, DeliveredEventsOfAUserSession)
 {
     auto manager = std::make_unique<KT::Tracking::StatisticsManager>(
         head, std::make_shared<App::LookAndFeelManager>("en"), nullptr, nullptr,
-        std::make_shared<FirstStartLaunch>(), std::make_shared<OneCrash>(),
+        std::make_shared<KtTest::FixedLaunchType>(App::ILaunchTypeProcessor::FirstStart),
+        std::make_shared<KtTest::ListCrashTracker>(std::vector<std::string>{"crashed-session"}),
         std::make_shared<KT::ConvertationSettings>(),
         std::vector<FillerTypes>{FillerTypes::AppLanguage, FillerTypes::HyperPass});
 

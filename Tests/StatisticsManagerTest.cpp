@@ -1,8 +1,8 @@
 #include "InstancesTestSupport.h"
+#include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
 
 #include "Analytics/AnalyticsConstants.h"
-#include "App/ICrashTracker.h"
 #include "App/ILaunchTypeProcessor.h"
 #include "App/LookAndFeelManager.h"
 #include "KT/ConvertationSettings.h"
@@ -22,7 +22,6 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 using namespace Velkor;
@@ -30,35 +29,11 @@ using InstancesTest::RecordingTracker;
 using KT::Tracking::Event;
 using KT::Tracking::FillerTypes;
 using KT::Tracking::StatisticsManager;
+using KtTest::FixedLaunchType;
+using KtTest::ListCrashTracker;
 
 namespace
 {
-
-class FixedLaunchType : public App::ILaunchTypeProcessor
-{
-public:
-    explicit FixedLaunchType(int type) : m_type(type) {}
-    int GetLaunchType() const override { return m_type; }
-
-private:
-    const int m_type;
-};
-
-// Hands out its sessions once, as a crash tracker does.
-class ListCrashTracker : public App::ICrashTracker
-{
-public:
-    explicit ListCrashTracker(std::vector<std::string> sessions) : m_sessions(std::move(sessions))
-    {
-    }
-    std::vector<std::string> TakeUnreportedFailedSessions() override
-    {
-        return std::exchange(m_sessions, {});
-    }
-
-private:
-    std::vector<std::string> m_sessions;
-};
 
 // A tracker that runs a function when a given event arrives.
 class HookTracker : public RecordingTracker
