@@ -1,0 +1,19 @@
+#pragma once
+
+class QAction;
+
+namespace Velkor::KT::Tracking
+{
+
+struct HookContext;
+
+namespace Config
+{
+class Action;
+}
+
+// `triggered-event`; with `propertyName`, only while the action has that property, and with
+// `propertyValue` as well, only while its text equals that value.
+void ApplyAction(const HookContext& context, QAction* action, const Config::Action& entry);
+
+}  // namespace Velkor::KT::Tracking

@@ -1,0 +1,27 @@
+#include "Tracking/Gui/LabelHooks.h"
+
+#include "Tracking/Config/KtmStat.h"
+#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/TriggerEvent.h"
+#include "Tracking/QtEventHandler.h"
+
+#include <QLabel>
+#include <QString>
+
+namespace Velkor::KT::Tracking
+{
+
+void ApplyLabel(const HookContext& context, QLabel* label, const Config::Label& entry)
+{
+    const auto& activated = entry.link_activated_event();
+    if (!context.GetsOwnHooks(label) || !activated)
+    {
+        return;
+    }
+    QObject::connect(label, &QLabel::linkActivated, context.eventHandler,
+                     [event = TriggerEvent(context.tracker, *activated,
+                                           OptionalKey(activated->value()))](const QString& link)
+                     { event.Send(link.toStdString()); });
+}
+
+}  // namespace Velkor::KT::Tracking

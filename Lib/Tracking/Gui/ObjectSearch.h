@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QRegExp>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace Velkor::KT::Tracking
+{
+
+namespace Config
+{
+class Object;
+}
+
+// What the `id` of a `gui` entry names: a path of object names separated by ":" (empty segments
+// are dropped), each an exact name or, with `idIsRegExp`, a regular expression; with `idIsRoot`
+// each part may match only the object the search is at, never one of its descendants.
+struct IdPath
+{
+    QStringList parts;
+    bool isRegExp = false;
+    bool rootOnly = false;
+
+    static IdPath Of(const Config::Object& entry);
+};
+
+// One part of an id path, tried against object names. The object the search is at must match
+// the part whole; a descendant's name must equal the part, or contain a match of the expression.
+class IdPart
+{
+public:
+    IdPart(const QString& part, bool isRegExp);
+
+    bool MatchesStart(const QString& name) const;
+    bool MatchesDescendant(const QString& name) const;
+
+private:
+    QString m_part;
+    std::optional<QRegExp> m_expression;
+};
+
+// The search of the objects an id path names, over any tree of named objects: the live QObject
+// tree (LiveObjectTree.h), or a recorded one. A tree type provides
+//   using Node = ...;   // a cheap handle of one object
+//   using Class = ...;  // what IsA() tests against
+//   static QString Name(Node);
+//   static bool IsA(Node, Class);  // the object is of this class or inherits it
+//   static void ForEachDescendant(Node, F visit);  // depth first, in QObject::findChildren order
+//
+// For each part in turn, every object found so far is replaced by itself when its name matches
+// the part whole, followed (unless the path is root-only) by each descendant whose name matches,
+// in tree order. Objects reached along two ways are listed twice. Only the last part requires
+// `wanted`; the others take any object of `any` class.
+template <class Tree>
+class ObjectSearch
+{
+public:
+    using Node = typename Tree::Node;
+    using Class = typename Tree::Class;
+
+    static std::vector<Node> Find(Node start, const IdPath& path, Class any, Class wanted)
+    {
+        if (path.parts.isEmpty())
+        {
+            return {};
+        }
+        std::vector<Node> current{start};
+        for (int i = 0; i < path.parts.size(); ++i)
+        {
+            const IdPart part(path.parts.at(i), path.isRegExp);
+            const Class required = i + 1 < path.parts.size() ? any : wanted;
+            std::vector<Node> next;
+            for (Node node : current)
+            {
+                AppendPartMatches(node, part, path.rootOnly, required, next);
+            }
+            current = std::move(next);
+        }
+        return current;
+    }
+
+private:
+    static void AppendPartMatches(Node from, const IdPart& part, bool rootOnly, Class required,
+                                  std::vector<Node>& out)
+    {
+        if (part.MatchesStart(Tree::Name(from)) && Tree::IsA(from, required))
+        {
+            out.push_back(from);
+        }
+        if (rootOnly)
+        {
+            return;
+        }
+        Tree::ForEachDescendant(from,
+                                [&](Node descendant)
+                                {
+                                    if (Tree::IsA(descendant, required) &&
+                                        part.MatchesDescendant(Tree::Name(descendant)))
+                                    {
+                                        out.push_back(descendant);
+                                    }
+                                });
+    }
+};
+
+}  // namespace Velkor::KT::Tracking
