@@ -4,7 +4,7 @@
 #include "Tracking/IKtTracker.h"
 #include "Tracking/Instances/ObserversHolder.h"
 #include "Tracking/Instances/ParseContext.h"
-#include "Tracking/Instances/SectionRuns.h"
+#include "Tracking/Instances/SectionTable.h"
 #include "Tracking/NotNull.h"
 
 #include "Tracking/Config/KtmStat.hxx"
@@ -25,9 +25,9 @@ public:
         {
             if (!section.hostType.empty())
             {
-                const auto run = section.run;
-                dispatch.emplace(section.hostType,
-                                 [this, run](const ParseContext& context) { Run(run, context); });
+                const auto attach = section.attach;
+                dispatch.emplace(section.hostType, [this, attach](const ParseContext& context)
+                                 { Attach(attach, context); });
             }
         }
         if (auto* registry = KT::InstanceRegistry::Instance())
@@ -51,12 +51,12 @@ public:
                             &accelerators};
     }
 
-    void Run(void (*run)(const Config::Instances&, const ParseContext&),
-             const ParseContext& context)
+    void Attach(void (*attach)(const Config::Instances&, const ParseContext&),
+                const ParseContext& context)
     {
         if (config)
         {
-            run(*config, context);
+            attach(*config, context);
         }
     }
 
@@ -96,7 +96,7 @@ void InstancesHandler::AttachInstances()
     const ParseContext context = d->Context();
     for (const InstancesSection& section : InstancesSections())
     {
-        d->Run(section.run, context);
+        d->Attach(section.attach, context);
     }
 }
 

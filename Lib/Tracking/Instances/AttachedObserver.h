@@ -28,8 +28,9 @@ protected:
     IKtTracker* const m_tracker;
 };
 
-// The common part of every section run: each live object registered as `Host` that the holder
-// does not observe yet gets an observer made by make(Host*), attached, then handed to the holder.
+// The common part of attaching every service and settings section: each live object registered as
+// `Host` that the holder does not observe yet gets an observer made by make(Host*), attached, then
+// handed to the holder.
 template <class Host, class Make>
 void AttachToAll(const ParseContext& context, Make make)
 {

@@ -22,7 +22,7 @@ class ObserversHolder;
 // Writes the machine's hardware-acceleration facts into an event's properties.
 using AcceleratorProperties = std::function<void(Event::Params&)>;
 
-// What a section run works with; none of it is owned. `registry` may be null (no registry in
+// What attaching a section works with; none of it is owned. `registry` may be null (no registry in
 // this process); `accelerators` may be null or empty (no acceleration facts are added).
 struct ParseContext
 {

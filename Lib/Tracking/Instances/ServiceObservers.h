@@ -82,12 +82,6 @@ private:
     const ValueCallback m_deviceDisconnect;
 };
 
-inline auto OneValueWith(Converter convert)
-{
-    return [convert](const Config::OneValueEvent& element)
-    { return OneValueCallback(element, convert); };
-}
-
 inline auto Destination()
 {
     return OneValueWith(Convert::Enum(ScreenshotDestinationText));

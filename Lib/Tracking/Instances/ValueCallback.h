@@ -68,6 +68,13 @@ ValueCallback TwoValueCallback(const Config::TwoValueEvent& element, Converter f
 // Values: bitrate type, bitrate quality, encoder speed preset.
 ValueCallback CodecSettingsCallback(const Config::CodecSettingsEvent& element);
 
+// Builds one-value callbacks that convert with `convert`; for IfPresent().
+inline auto OneValueWith(Converter convert)
+{
+    return [convert](const Config::OneValueEvent& element)
+    { return OneValueCallback(element, convert); };
+}
+
 template <class Element, class Build>
 ValueCallback IfPresent(const ::xsd::cxx::tree::optional<Element>& element, Build build)
 {

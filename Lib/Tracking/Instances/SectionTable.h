@@ -14,14 +14,13 @@ class Instances;
 }
 
 // One section of the "instances" configuration: the readable type name of the host interface
-// whose registrations trigger its run (empty for the sections reached only by an explicit
-// attach), and the run itself. A run attaches an observer to every live object of the section's
-// type that has none yet; a section that is absent or configures none of its callbacks attaches
-// nothing.
+// whose registrations attach it (empty for the sections reached only by an explicit attach), and
+// the function that attaches its observers to every live object of the section's type that has
+// none yet. A section that is absent or configures none of its callbacks attaches nothing.
 struct InstancesSection
 {
     std::string hostType;
-    void (*run)(const Config::Instances& config, const ParseContext& context);
+    void (*attach)(const Config::Instances& config, const ParseContext& context);
 };
 
 // Every section, in the order of the configuration.
