@@ -1,7 +1,6 @@
 #include "Tracking/CommonEventsTracker.h"
 
 #include "Tracking/Event.h"
-#include "Tracking/Fillers/FillerFactory.h"
 #include "Tracking/IKtTracker.h"
 #include "Tracking/NotNull.h"
 
@@ -42,16 +41,11 @@ class CommonEventsTracker::Private
 {
 public:
     Private(const std::shared_ptr<IKtTracker>& tracker,
-            const std::shared_ptr<App::ICrashTracker>& crashTracker,
             const std::shared_ptr<App::ILaunchTypeProcessor>& launchType,
-            const std::shared_ptr<App::IProductSettingsManager>& productSettings,
-            const std::shared_ptr<App::IApplicationSettingsManager>& applicationSettings,
-            FillerMap fillers)
+            const std::shared_ptr<App::ICrashTracker>& crashTracker, FillerMap fillers)
         : tracker(tracker),
           crashTracker(crashTracker),
           launchType(launchType),
-          productSettings(productSettings),
-          applicationSettings(applicationSettings),
           fillers(std::move(fillers))
     {
     }
@@ -103,24 +97,14 @@ public:
     const NotNull<IKtTracker> tracker;
     const NotNull<App::ICrashTracker> crashTracker;
     const NotNull<App::ILaunchTypeProcessor> launchType;
-    // Kept for the lifetime of the tracker: the fillers and the host may rely on them.
-    const std::shared_ptr<App::IProductSettingsManager> productSettings;
-    const std::shared_ptr<App::IApplicationSettingsManager> applicationSettings;
     const FillerMap fillers;
 };
 
 CommonEventsTracker::CommonEventsTracker(
     const std::shared_ptr<IKtTracker>& tracker,
-    const std::shared_ptr<App::ILookAndFeelManager>& lookAndFeel,
-    const std::shared_ptr<App::IProductSettingsManager>& productSettings,
-    const std::shared_ptr<App::IApplicationSettingsManager>& applicationSettings,
     const std::shared_ptr<App::ILaunchTypeProcessor>& launchType,
-    const std::shared_ptr<App::ICrashTracker>& crashTracker,
-    const std::shared_ptr<ConvertationSettings>& convertationSettings,
-    const std::vector<FillerTypes>& fillers)
-    : d(std::make_unique<Private>(
-          tracker, crashTracker, launchType, productSettings, applicationSettings,
-          Fillers::CreateAvailableFillers(lookAndFeel, convertationSettings, fillers)))
+    const std::shared_ptr<App::ICrashTracker>& crashTracker, FillerMap fillers)
+    : d(std::make_unique<Private>(tracker, launchType, crashTracker, std::move(fillers)))
 {
     d->ReportFailures();
     d->ReportStart();

@@ -1,25 +1,16 @@
 #pragma once
 
-#include "Tracking/Fillers/FillerTypes.h"
+#include "Tracking/Fillers/FillerFactory.h"
 
 #include <QtGlobal>
 
 #include <memory>
-#include <vector>
 
 namespace Velkor::App
 {
-class IApplicationSettingsManager;
 class ICrashTracker;
 class ILaunchTypeProcessor;
-class ILookAndFeelManager;
-class IProductSettingsManager;
 }  // namespace Velkor::App
-
-namespace Velkor::KT
-{
-class ConvertationSettings;
-}
 
 namespace Velkor::KT::Tracking
 {
@@ -32,16 +23,13 @@ class IKtTracker;
 class CommonEventsTracker
 {
 public:
-    // Throws std::logic_error for a missing tracker, launch-type processor or crash tracker, and
-    // whatever creating the fillers or sending the events throws.
+    // `fillers` enrich the events (Fillers::CreateAvailableFillers()). Throws std::logic_error for
+    // a missing tracker, launch-type processor or crash tracker, and whatever sending the events
+    // throws.
     CommonEventsTracker(const std::shared_ptr<IKtTracker>& tracker,
-                        const std::shared_ptr<App::ILookAndFeelManager>& lookAndFeel,
-                        const std::shared_ptr<App::IProductSettingsManager>& productSettings,
-                        const std::shared_ptr<App::IApplicationSettingsManager>& applicationSettings,
                         const std::shared_ptr<App::ILaunchTypeProcessor>& launchType,
                         const std::shared_ptr<App::ICrashTracker>& crashTracker,
-                        const std::shared_ptr<ConvertationSettings>& convertationSettings,
-                        const std::vector<FillerTypes>& fillers);
+                        Fillers::FillerMap fillers);
     // Sends the exit event; an exception from the chain is logged, never thrown.
     ~CommonEventsTracker();
 

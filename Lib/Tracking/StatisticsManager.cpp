@@ -2,6 +2,7 @@
 
 #include "Tracking/CommonEventsTracker.h"
 #include "Tracking/Config/KtmStat.h"
+#include "Tracking/Fillers/FillerFactory.h"
 #include "Tracking/GuiHandler.h"
 #include "Tracking/InstancesHandler.h"
 
@@ -40,11 +41,20 @@ InstancesHandler::AcceleratorProperties AcceleratorFacts(const std::vector<Fille
 class StatisticsManager::Private
 {
 public:
-    Private(const std::shared_ptr<IKtTracker>& tracker, const std::vector<FillerTypes>& fillers)
-        : gui(tracker), instances(tracker, AcceleratorFacts(fillers))
+    Private(const std::shared_ptr<IKtTracker>& tracker,
+            const std::shared_ptr<App::IProductSettingsManager>& productSettings,
+            const std::shared_ptr<App::IApplicationSettingsManager>& applicationSettings,
+            const std::vector<FillerTypes>& fillers)
+        : productSettings(productSettings),
+          applicationSettings(applicationSettings),
+          gui(tracker),
+          instances(tracker, AcceleratorFacts(fillers))
     {
     }
 
+    // Kept for the lifetime of the manager: the host may rely on them.
+    const std::shared_ptr<App::IProductSettingsManager> productSettings;
+    const std::shared_ptr<App::IApplicationSettingsManager> applicationSettings;
     // Members are destroyed in reverse: the exit event goes out while both handlers still exist.
     std::unique_ptr<Config::KtmStat> config;
     GuiHandler gui;
@@ -61,11 +71,11 @@ StatisticsManager::StatisticsManager(
     const std::shared_ptr<App::ICrashTracker>& crashTracker,
     const std::shared_ptr<ConvertationSettings>& convertationSettings,
     const std::vector<FillerTypes>& fillers)
-    : d(std::make_unique<Private>(tracker, fillers))
+    : d(std::make_unique<Private>(tracker, productSettings, applicationSettings, fillers))
 {
-    d->common = std::make_unique<CommonEventsTracker>(tracker, lookAndFeel, productSettings,
-                                                      applicationSettings, launchType,
-                                                      crashTracker, convertationSettings, fillers);
+    d->common = std::make_unique<CommonEventsTracker>(
+        tracker, launchType, crashTracker,
+        Fillers::CreateAvailableFillers(lookAndFeel, convertationSettings, fillers));
 }
 
 StatisticsManager::~StatisticsManager() = default;
