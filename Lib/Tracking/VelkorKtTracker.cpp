@@ -2,10 +2,6 @@
 
 #include "Analytics/AnalyticsConstants.h"
 #include "Analytics/ApplicationTrackerFactory.h"
-#include "App/ICustomizationManager.h"
-#include "App/ISessionId.h"
-#include "App/ioPath.h"
-#include "KT/ProductSettings.h"
 
 namespace Velkor::KT::Tracking
 {

@@ -4,20 +4,12 @@
 #include "Tracking/NotNull.h"
 
 #include "Analytics/IApplicationTracker.h"
+#include "App/ICustomizationManager.h"
+#include "App/ISessionId.h"
+#include "App/ioPath.h"
+#include "KT/ProductSettings.h"
 
 #include <memory>
-
-namespace Velkor::App
-{
-class ICustomizationManager;
-class ISessionId;
-class ioPath;
-}  // namespace Velkor::App
-
-namespace Velkor::KT
-{
-class ProductSettings;
-}
 
 namespace Velkor::KT::Tracking
 {
