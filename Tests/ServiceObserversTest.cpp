@@ -147,7 +147,7 @@ INSTANTIATE_TEST_SUITE_P(
                          {"TUTORIAL_SLIDE_CLICK", {{"SLIDE_ACTION", "UNKNOWN"}}}}),
                     Row<KT::Service::AreaSelector::ISelector, Selector>(
                         "Selector", [](Selector& s) { s.Select(QRect(100, 50, 1280, 720)); },
-                        {{"AREA_SELECTED", {{"CAPTURE_AREA_SIZE", "1280x720"}}}})),
+                        {{"AREA_SELECTED", {{"CAPTURE_AREA_RECT", "100,50:1280x720"}}}})),
     [](const testing::TestParamInfo<ServiceRow>& info) { return info.param.label; });
 
 }  // namespace

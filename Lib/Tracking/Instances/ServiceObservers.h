@@ -193,7 +193,7 @@ private:
     const ValueCallback m_slideClick;
 };
 
-// The selected area is reported by its size ("1280x720").
+// The selected area is reported as a rectangle ("100,50:1280x720").
 class SelectorObserver : public AttachedObserver<KT::Service::AreaSelector::ISelector,
                                                  KT::Service::AreaSelector::ISelectorObserver>
 {
@@ -201,13 +201,13 @@ public:
     SelectorObserver(KT::Service::AreaSelector::ISelector* service, IKtTracker* tracker,
                      const Config::ISelector& c)
         : AttachedObserver(service, tracker),
-          m_areaSelected(IfPresent(c.areaSelected(), OneValueWith(Convert::Size)))
+          m_areaSelected(IfPresent(c.areaSelected(), OneValueWith(Convert::Rect)))
     {
     }
 
     void OnAreaSelected(const QRect& area) override
     {
-        m_areaSelected.Fire(*m_tracker, {area.size()});
+        m_areaSelected.Fire(*m_tracker, {area});
     }
 
 private:
