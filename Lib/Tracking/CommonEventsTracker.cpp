@@ -24,8 +24,8 @@ using Fillers::RunFillers;
 
 // The property set most events start from.
 const std::vector<FillerTypes> kDefaultSet = {
-    FillerTypes::AppLanguage, FillerTypes::Accelerators,   FillerTypes::CountryName,
-    FillerTypes::AppConfig,   FillerTypes::HardwareConfig, FillerTypes::OSConfig,
+    FillerTypes::AppLanguage,    FillerTypes::Accelerators,   FillerTypes::CountryName,
+    FillerTypes::AppConfig,      FillerTypes::HardwareConfig, FillerTypes::OSConfig,
     FillerTypes::MonitorsConfig,
 };
 
@@ -76,16 +76,16 @@ public:
     {
         switch (launchType->GetLaunchType())
         {
-        case App::ILaunchTypeProcessor::FirstStart:
-            tracker->Track(Event{Analytics::APP_FIRST_START, Properties(kDefaultSet)});
-            break;
-        case App::ILaunchTypeProcessor::FirstStartAfterMinorUpdate:
-            tracker->Track(
-                Event{Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE, Properties(kDefaultSet)});
-            break;
-        default:
-            tracker->Track(Event{Analytics::APP_EVERY_START, Properties(kEveryStartSet)});
-            break;
+            case App::ILaunchTypeProcessor::FirstStart:
+                tracker->Track(Event{Analytics::APP_FIRST_START, Properties(kDefaultSet)});
+                break;
+            case App::ILaunchTypeProcessor::FirstStartAfterMinorUpdate:
+                tracker->Track(
+                    Event{Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE, Properties(kDefaultSet)});
+                break;
+            default:
+                tracker->Track(Event{Analytics::APP_EVERY_START, Properties(kEveryStartSet)});
+                break;
         }
     }
 

@@ -205,10 +205,7 @@ public:
     {
     }
 
-    void OnAreaSelected(const QRect& area) override
-    {
-        m_areaSelected.Fire(*m_tracker, {area});
-    }
+    void OnAreaSelected(const QRect& area) override { m_areaSelected.Fire(*m_tracker, {area}); }
 
 private:
     const ValueCallback m_areaSelected;
