@@ -3,7 +3,7 @@
 #include "Tracking/Config/KtmStat.h"
 #include "Tracking/Gui/AttachedMarker.h"
 #include "Tracking/Gui/GuiElementAutoAttacher.h"
-#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/SectionHooks.h"
 #include "Tracking/IKtTracker.h"
 #include "Tracking/NotNull.h"
@@ -22,9 +22,9 @@ public:
     {
     }
 
-    HookContext Context(QObject* target)
+    Gui::ParseContext Context(QObject* target)
     {
-        return HookContext{tracker.get(), &eventHandler, target};
+        return Gui::ParseContext{tracker.get(), &eventHandler, target};
     }
 
     Config::Gui config;

@@ -1,7 +1,7 @@
 #include "Tracking/Gui/ActionHooks.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/TriggerEvent.h"
 #include "Tracking/QtEventHandler.h"
 
@@ -14,7 +14,7 @@
 namespace Velkor::KT::Tracking
 {
 
-void ApplyAction(const HookContext& context, QAction* action, const Config::Action& entry)
+void ApplyAction(const Gui::ParseContext& context, QAction* action, const Config::Action& entry)
 {
     const auto& triggered = entry.triggered_event();
     if (!context.GetsOwnHooks(action) || !triggered)

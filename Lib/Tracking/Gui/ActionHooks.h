@@ -5,7 +5,10 @@ class QAction;
 namespace Velkor::KT::Tracking
 {
 
-struct HookContext;
+namespace Gui
+{
+struct ParseContext;
+}
 
 namespace Config
 {
@@ -14,6 +17,6 @@ class Action;
 
 // `triggered-event`; with `propertyName`, only while the action has that property, and with
 // `propertyValue` as well, only while its text equals that value.
-void ApplyAction(const HookContext& context, QAction* action, const Config::Action& entry);
+void ApplyAction(const Gui::ParseContext& context, QAction* action, const Config::Action& entry);
 
 }  // namespace Velkor::KT::Tracking

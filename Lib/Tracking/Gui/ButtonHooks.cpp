@@ -1,7 +1,7 @@
 #include "Tracking/Gui/ButtonHooks.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/TriggerEvent.h"
 #include "Tracking/Gui/WidgetEventHooks.h"
 #include "Tracking/QtEventHandler.h"
@@ -19,7 +19,7 @@ namespace
 {
 
 template <typename Signal>
-void HookCheckedSignal(const HookContext& context, QAbstractButton* button, Signal signal,
+void HookCheckedSignal(const Gui::ParseContext& context, QAbstractButton* button, Signal signal,
                        const Config::OneValueEvent& config)
 {
     QObject::connect(button, signal, context.eventHandler,
@@ -27,7 +27,7 @@ void HookCheckedSignal(const HookContext& context, QAbstractButton* button, Sign
                          bool checked) { event.Send(checked ? "YES" : "NO"); });
 }
 
-void ApplyButtonHooks(const HookContext& context, QAbstractButton* button,
+void ApplyButtonHooks(const Gui::ParseContext& context, QAbstractButton* button,
                       const Config::Button& entry)
 {
     if (entry.clicked_event())
@@ -46,7 +46,8 @@ void ApplyButtonHooks(const HookContext& context, QAbstractButton* button,
 
 }  // namespace
 
-void ApplyButton(const HookContext& context, QAbstractButton* button, const Config::Button& entry)
+void ApplyButton(const Gui::ParseContext& context, QAbstractButton* button,
+                 const Config::Button& entry)
 {
     if (context.GetsOwnHooks(button))
     {
@@ -54,7 +55,7 @@ void ApplyButton(const HookContext& context, QAbstractButton* button, const Conf
     }
 }
 
-void ApplyPresetButton(const HookContext& context, KT::UI::AbstractPresetButton* button,
+void ApplyPresetButton(const Gui::ParseContext& context, KT::UI::AbstractPresetButton* button,
                        const Config::AbstractPresetButton& entry)
 {
     if (!context.GetsOwnHooks(button))
@@ -77,7 +78,7 @@ void ApplyPresetButton(const HookContext& context, KT::UI::AbstractPresetButton*
     }
 }
 
-void ApplyPopUpListButton(const HookContext& context, KT::ButtonWithPopUpList* button,
+void ApplyPopUpListButton(const Gui::ParseContext& context, KT::ButtonWithPopUpList* button,
                           const Config::ButtonWithPopUpList& entry)
 {
     if (!context.GetsOwnHooks(button))

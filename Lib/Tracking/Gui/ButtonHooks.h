@@ -15,7 +15,10 @@ class AbstractPresetButton;
 namespace Velkor::KT::Tracking
 {
 
-struct HookContext;
+namespace Gui
+{
+struct ParseContext;
+}
 
 namespace Config
 {
@@ -26,12 +29,13 @@ class ButtonWithPopUpList;
 
 // `clicked-event` and `toggled-event` (the checked state assigned under `value` as "YES" or
 // "NO") and `mouse-release-event`.
-void ApplyButton(const HookContext& context, QAbstractButton* button, const Config::Button& entry);
+void ApplyButton(const Gui::ParseContext& context, QAbstractButton* button,
+                 const Config::Button& entry);
 // A button's triggers and `choosePreset`: a click on a named preset, its name inserted under `id`.
-void ApplyPresetButton(const HookContext& context, KT::UI::AbstractPresetButton* button,
+void ApplyPresetButton(const Gui::ParseContext& context, KT::UI::AbstractPresetButton* button,
                        const Config::AbstractPresetButton& entry);
 // A button's triggers and `item-selected`, once per change of the current item.
-void ApplyPopUpListButton(const HookContext& context, KT::ButtonWithPopUpList* button,
+void ApplyPopUpListButton(const Gui::ParseContext& context, KT::ButtonWithPopUpList* button,
                           const Config::ButtonWithPopUpList& entry);
 
 }  // namespace Velkor::KT::Tracking

@@ -1,7 +1,7 @@
 #include "Tracking/Gui/ComboBoxHooks.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/TriggerEvent.h"
 #include "Tracking/IKtTracker.h"
 #include "Tracking/QtEventHandler.h"
@@ -82,7 +82,8 @@ private:
 
 }  // namespace
 
-void ApplyComboBox(const HookContext& context, QComboBox* comboBox, const Config::ComboBox& entry)
+void ApplyComboBox(const Gui::ParseContext& context, QComboBox* comboBox,
+                   const Config::ComboBox& entry)
 {
     const auto& changed = entry.current_index_changed_event();
     if (!context.GetsOwnHooks(comboBox) || !changed)

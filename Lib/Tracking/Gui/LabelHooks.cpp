@@ -1,7 +1,7 @@
 #include "Tracking/Gui/LabelHooks.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/TriggerEvent.h"
 #include "Tracking/QtEventHandler.h"
 
@@ -11,7 +11,7 @@
 namespace Velkor::KT::Tracking
 {
 
-void ApplyLabel(const HookContext& context, QLabel* label, const Config::Label& entry)
+void ApplyLabel(const Gui::ParseContext& context, QLabel* label, const Config::Label& entry)
 {
     const auto& activated = entry.link_activated_event();
     if (!context.GetsOwnHooks(label) || !activated)

@@ -5,7 +5,10 @@ class QLabel;
 namespace Velkor::KT::Tracking
 {
 
-struct HookContext;
+namespace Gui
+{
+struct ParseContext;
+}
 
 namespace Config
 {
@@ -13,6 +16,6 @@ class Label;
 }
 
 // `link-activated-event`: the activated link assigned under `value`.
-void ApplyLabel(const HookContext& context, QLabel* label, const Config::Label& entry);
+void ApplyLabel(const Gui::ParseContext& context, QLabel* label, const Config::Label& entry);
 
 }  // namespace Velkor::KT::Tracking

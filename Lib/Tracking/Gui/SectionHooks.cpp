@@ -4,9 +4,9 @@
 #include "Tracking/Gui/ActionHooks.h"
 #include "Tracking/Gui/ButtonHooks.h"
 #include "Tracking/Gui/ComboBoxHooks.h"
-#include "Tracking/Gui/HookContext.h"
 #include "Tracking/Gui/LabelHooks.h"
 #include "Tracking/Gui/LiveObjectTree.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/SignalHooks.h"
 #include "Tracking/Gui/WidgetEventHooks.h"
 
@@ -26,7 +26,7 @@ namespace
 {
 
 template <typename T, typename Entries, typename Apply>
-void ApplyAll(const HookContext& context, QObject* start, const Entries& entries, Apply apply)
+void ApplyAll(const Gui::ParseContext& context, QObject* start, const Entries& entries, Apply apply)
 {
     for (const auto& entry : entries)
     {
@@ -37,7 +37,7 @@ void ApplyAll(const HookContext& context, QObject* start, const Entries& entries
     }
 }
 
-void ApplyWidget(const HookContext& context, QWidget* widget, const Config::Widget& entry)
+void ApplyWidget(const Gui::ParseContext& context, QWidget* widget, const Config::Widget& entry)
 {
     ApplyAll<QAbstractButton>(context, widget, entry.button(), ApplyButton);
     ApplyAll<QLabel>(context, widget, entry.label(), ApplyLabel);
@@ -53,14 +53,15 @@ void ApplyWidget(const HookContext& context, QWidget* widget, const Config::Widg
 
 }  // namespace
 
-void HookSection(const HookContext& context, QObject* root, const Config::Gui& section)
+void HookSection(const Gui::ParseContext& context, QObject* root, const Config::Gui& section)
 {
     ApplyAll<QWidget>(context, root, section.widget(), ApplyWidget);
     ApplyAll<QObject>(context, root, section.object(), ApplyObject);
     ApplyAll<QAction>(context, root, section.action(), ApplyAction);
 }
 
-void HookActionEntries(const HookContext& context, QAction* action, const Config::Gui& section)
+void HookActionEntries(const Gui::ParseContext& context, QAction* action,
+                       const Config::Gui& section)
 {
     ApplyAll<QAction>(context, action, section.action(), ApplyAction);
 }

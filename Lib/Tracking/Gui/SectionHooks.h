@@ -6,7 +6,10 @@ class QObject;
 namespace Velkor::KT::Tracking
 {
 
-struct HookContext;
+namespace Gui
+{
+struct ParseContext;
+}
 
 namespace Config
 {
@@ -18,9 +21,10 @@ class Gui;
 // widget entry the nested entries are searched below each widget found, kind by kind (button,
 // label, combobox, widget, object, abstractPresetButton, buttonWithPopUpList), before the widget's
 // own triggers.
-void HookSection(const HookContext& context, QObject* root, const Config::Gui& section);
+void HookSection(const Gui::ParseContext& context, QObject* root, const Config::Gui& section);
 
 // Only the section's `action` entries, searched from `action`.
-void HookActionEntries(const HookContext& context, QAction* action, const Config::Gui& section);
+void HookActionEntries(const Gui::ParseContext& context, QAction* action,
+                       const Config::Gui& section);
 
 }  // namespace Velkor::KT::Tracking

@@ -1,7 +1,7 @@
 #include "Tracking/Gui/SignalHooks.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/TriggerEvent.h"
 #include "Tracking/LambdaQt4WithStringParameter.h"
 #include "Tracking/QtEventHandler.h"
@@ -19,14 +19,14 @@ namespace Velkor::KT::Tracking
 namespace
 {
 
-TriggerEvent WithValue(const HookContext& context, const Config::SignalWithParam& signal)
+TriggerEvent WithValue(const Gui::ParseContext& context, const Config::SignalWithParam& signal)
 {
     return TriggerEvent(context.tracker, signal, std::string(signal.key()));
 }
 
 }  // namespace
 
-void ApplyObject(const HookContext& context, QObject* object, const Config::Object& entry)
+void ApplyObject(const Gui::ParseContext& context, QObject* object, const Config::Object& entry)
 {
     for (const Config::Signal& signal : entry.signal())
     {

@@ -5,7 +5,10 @@ class QObject;
 namespace Velkor::KT::Tracking
 {
 
-struct HookContext;
+namespace Gui
+{
+struct ParseContext;
+}
 
 namespace Config
 {
@@ -16,6 +19,6 @@ class Object;
 // signature (with Qt's code prefix); the two with a parameter assign its value under `key`. A
 // signature the object lacks makes Qt's connect fail with its own warning; the slot object stays
 // with the event handler all the same. Object entries ignore the attach target.
-void ApplyObject(const HookContext& context, QObject* object, const Config::Object& entry);
+void ApplyObject(const Gui::ParseContext& context, QObject* object, const Config::Object& entry);
 
 }  // namespace Velkor::KT::Tracking

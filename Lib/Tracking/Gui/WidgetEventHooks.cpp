@@ -1,7 +1,7 @@
 #include "Tracking/Gui/WidgetEventHooks.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/HookContext.h"
+#include "Tracking/Gui/ParseContext.h"
 #include "Tracking/Gui/TriggerEvent.h"
 #include "Tracking/QtEventHandler.h"
 
@@ -10,14 +10,15 @@
 namespace Velkor::KT::Tracking
 {
 
-void HookQtEvent(const HookContext& context, QEvent::Type type, QObject* object,
+void HookQtEvent(const Gui::ParseContext& context, QEvent::Type type, QObject* object,
                  const Config::Event& config)
 {
     context.eventHandler->Register(
         type, object, [event = TriggerEvent(context.tracker, config)](QObject*) { event.Send(); });
 }
 
-void ApplyWidgetEvents(const HookContext& context, QWidget* widget, const Config::Widget& entry)
+void ApplyWidgetEvents(const Gui::ParseContext& context, QWidget* widget,
+                       const Config::Widget& entry)
 {
     if (!context.GetsOwnHooks(widget))
     {

@@ -8,7 +8,10 @@ class QWidget;
 namespace Velkor::KT::Tracking
 {
 
-struct HookContext;
+namespace Gui
+{
+struct ParseContext;
+}
 
 namespace Config
 {
@@ -17,10 +20,11 @@ class Widget;
 }  // namespace Config
 
 // Sends the configured event each time `object` receives a Qt event of `type`.
-void HookQtEvent(const HookContext& context, QEvent::Type type, QObject* object,
+void HookQtEvent(const Gui::ParseContext& context, QEvent::Type type, QObject* object,
                  const Config::Event& config);
 
 // A `widget` entry's own triggers: `show-event` and `close-event`.
-void ApplyWidgetEvents(const HookContext& context, QWidget* widget, const Config::Widget& entry);
+void ApplyWidgetEvents(const Gui::ParseContext& context, QWidget* widget,
+                       const Config::Widget& entry);
 
 }  // namespace Velkor::KT::Tracking
