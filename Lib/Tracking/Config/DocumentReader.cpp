@@ -3,7 +3,6 @@
 #include "Tracking/Config/HardenedDomParser.h"
 #include "Tracking/Config/ReadingOrder.h"
 
-#include <iterator>
 #include <string>
 
 namespace Velkor::KT::Tracking::Config::Detail
@@ -13,7 +12,17 @@ namespace Velkor::KT::Tracking::Config::Detail
     std::istream& input, ::xml_schema::flags flags, const ::xml_schema::properties& properties,
     const DocumentRules& rules)
 {
-    const std::string text{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
+    std::string text;
+    char chunk[16 * 1024];
+    while (input.read(chunk, sizeof chunk) || input.gcount() > 0)
+    {
+        text.append(chunk, static_cast<std::size_t>(input.gcount()));
+        if (text.size() > kMaxDocumentBytes)
+        {
+            ThrowParsingError("document larger than " + std::to_string(kMaxDocumentBytes) +
+                              " bytes, the limit of a configuration document");
+        }
+    }
     ReadingOrder reading(rules);
     auto document = ParseHardened(text, flags, properties, reading);
 

@@ -24,7 +24,8 @@ const DocumentRules& MainRules()
     static const DocumentRules rules("ktmstat", "KtmStat", ChildOrder::Fixed,
                                      {
 #include "Tracking/Config/KtmStatRules.inc"
-                                     });
+                                     },
+                                     Detail::ExpressionRule{"id", "idIsRegExp"});
     return rules;
 }
 

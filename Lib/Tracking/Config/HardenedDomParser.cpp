@@ -11,7 +11,10 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/validators/common/Grammar.hpp>
 
+#include <algorithm>
+#include <optional>
 #include <sstream>
+#include <string>
 
 namespace Velkor::KT::Tracking::Config::Detail
 {
@@ -26,10 +29,64 @@ using namespace xercesc;
 // the square of the depth.
 constexpr int kMaxDepth = 200;
 
-// Collects parser messages in the data binding's diagnostics.
+// Whether the prolog of `text` (after a byte order mark, white space, processing instructions
+// and comments) goes on with a document type declaration.
+bool PrologHasDoctype(const std::string& text)
+{
+    std::size_t i = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
+    while (i < text.size())
+    {
+        if (text[i] == ' ' || text[i] == '\t' || text[i] == '\r' || text[i] == '\n')
+        {
+            ++i;
+            continue;
+        }
+        const char* end = text.compare(i, 4, "<!--") == 0 ? "-->"
+                          : text.compare(i, 2, "<?") == 0 ? "?>"
+                                                          : nullptr;
+        if (!end)
+        {
+            return text.compare(i, 9, "<!DOCTYPE") == 0;
+        }
+        const std::size_t closing = text.find(end, i + 2);
+        if (closing == std::string::npos)
+        {
+            return false;
+        }
+        i = closing + std::char_traits<char>::length(end);
+    }
+    return false;
+}
+
+// Where the first byte 0 of `text` is, when `text` is in an encoding of single bytes (it starts
+// with two bytes that are neither 0 nor a UTF-16 byte order mark). The scanner takes that byte
+// for the end of the input: it would report unclosed elements, or ignore what follows the root.
+std::optional<TextLocation> NulOfSingleByteText(const std::string& text)
+{
+    if (text.size() < 2 || text[0] == 0 || text[1] == 0 || text.compare(0, 2, "\xFE\xFF") == 0 ||
+        text.compare(0, 2, "\xFF\xFE") == 0)
+    {
+        return std::nullopt;
+    }
+    const std::size_t nul = text.find('\0');
+    if (nul == std::string::npos)
+    {
+        return std::nullopt;
+    }
+    const std::size_t lineStart = text.rfind('\n', nul);
+    const std::size_t column = lineStart == std::string::npos ? nul + 1 : nul - lineStart;
+    return TextLocation{
+        static_cast<XMLFileLoc>(std::count(text.begin(), text.begin() + nul, '\n') + 1),
+        static_cast<XMLFileLoc>(column)};
+}
+
+// Collects parser messages in the data binding's diagnostics. The scanner refuses a document
+// type declaration as "invalid document structure"; that message names the reason instead.
 class CollectingErrorHandler : public ErrorHandler
 {
 public:
+    explicit CollectingErrorHandler(const std::string& text) : m_text(text) {}
+
     void warning(const SAXParseException& e) override { Add(e, ::xml_schema::severity::warning); }
     void error(const SAXParseException& e) override { Add(e, ::xml_schema::severity::error); }
     void fatalError(const SAXParseException& e) override { Add(e, ::xml_schema::severity::error); }
@@ -42,11 +99,16 @@ private:
     void Add(const SAXParseException& e, ::xml_schema::severity severity)
     {
         m_failed = m_failed || severity == ::xml_schema::severity::error;
-        m_diagnostics.push_back(::xml_schema::error(severity, Narrow(e.getSystemId()),
-                                                    e.getLineNumber(), e.getColumnNumber(),
-                                                    Narrow(e.getMessage())));
+        std::string message = Narrow(e.getMessage());
+        if (message == "invalid document structure" && PrologHasDoctype(m_text))
+        {
+            message = "document type declarations (<!DOCTYPE ...>) are not allowed";
+        }
+        m_diagnostics.push_back(::xml_schema::error(
+            severity, Narrow(e.getSystemId()), e.getLineNumber(), e.getColumnNumber(), message));
     }
 
+    const std::string& m_text;
     ::xml_schema::diagnostics m_diagnostics;
     bool m_failed = false;
 };
@@ -127,8 +189,12 @@ void ConfigureValidation(HardenedDomParser& parser, const ::xml_schema::properti
                                                          const ::xml_schema::properties& properties,
                                                          ElementListener& listener)
 {
+    if (const std::optional<TextLocation> nul = NulOfSingleByteText(text))
+    {
+        ThrowParsingError("byte 0 (NUL) is not allowed in a document", *nul);
+    }
     HardenedDomParser parser(listener);
-    CollectingErrorHandler errors;
+    CollectingErrorHandler errors(text);
     parser.setErrorHandler(&errors);
     parser.setDoNamespaces(true);
     parser.setCreateCommentNodes(false);

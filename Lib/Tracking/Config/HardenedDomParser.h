@@ -30,10 +30,10 @@ protected:
 
 // Parses `text` into a DOM: namespaces on, no comment nodes, no document type declaration
 // accepted (so no entity of the document's own and nothing read from elsewhere), no nesting
-// deeper than 200 elements. Unless the flags contain ::xml_schema::flags::dont_validate the
-// document is validated against the schemas named in `properties`, never against a location the
-// document names itself. Throws ::xml_schema::parsing with the parser's diagnostics for any
-// failure; Xerces must be initialised.
+// deeper than 200 elements, no byte 0 in a text of single-byte characters. Unless the flags contain
+// ::xml_schema::flags::dont_validate the document is validated against the schemas named in
+// `properties`, never against a location the document names itself. Throws ::xml_schema::parsing
+// with the parser's diagnostics for any failure; Xerces must be initialised.
 ::xml_schema::dom::unique_ptr<xercesc::DOMDocument> ParseHardened(
     const std::string& text, ::xml_schema::flags flags, const ::xml_schema::properties& properties,
     ElementListener& listener);

@@ -113,6 +113,12 @@ bool IsLexicalValue(ValueKind kind, const std::string& text)
     return false;
 }
 
+bool IsTrue(const std::string& text)
+{
+    const std::string value = Collapsed(text);
+    return value == "true" || value == "1";
+}
+
 const char* KindName(ValueKind kind)
 {
     switch (kind)

@@ -21,6 +21,9 @@ enum class ValueKind
 // decimal or scientific number, "INF", "-INF" or "NaN".
 bool IsLexicalValue(ValueKind kind, const std::string& text);
 
+// Whether the boolean `text` (a lexical form of ValueKind::Boolean) is true: "true" or "1".
+bool IsTrue(const std::string& text);
+
 // "boolean", "int", "double": the XML Schema name of `kind`, for messages.
 const char* KindName(ValueKind kind);
 

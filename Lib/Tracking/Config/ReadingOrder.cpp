@@ -1,7 +1,11 @@
 #include "Tracking/Config/ReadingOrder.h"
 
+#include "Tracking/Config/ExpressionBounds.h"
+
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/util/XMLString.hpp>
+
+#include <algorithm>
 
 namespace Velkor::KT::Tracking::Config::Detail
 {
@@ -140,6 +144,43 @@ void ReadingOrder::CheckValues(const DOMElement& element, const DocumentRules::T
                                location);
             return;
         }
+    }
+    if (type.hasExpression)
+    {
+        CheckExpression(element, location);
+    }
+}
+
+// The expression rule: each part of the expression attribute, when the flag is true.
+void ReadingOrder::CheckExpression(const DOMElement& element, TextLocation location)
+{
+    const DOMAttr* flag = element.getAttributeNodeNS(nullptr, m_rules.ExpressionFlag().c_str());
+    const DOMAttr* attribute =
+        element.getAttributeNodeNS(nullptr, m_rules.ExpressionAttribute().c_str());
+    if (!flag || !attribute || !IsTrue(Narrow(flag->getValue())))
+    {
+        return;
+    }
+    const std::string value = Narrow(attribute->getValue());
+    std::size_t start = 0;
+    while (start <= value.size())
+    {
+        const std::size_t end = std::min(value.find(':', start), value.size());
+        const std::optional<std::string> beyond =
+            ExpressionBeyondBounds(value.substr(start, end - start));
+        if (beyond)
+        {
+            constexpr std::size_t kShown = 40;
+            const std::string shown =
+                value.size() > kShown ? value.substr(0, kShown) + "..." : value;
+            m_badValue.emplace("the expression in attribute '" +
+                                   Narrow(m_rules.ExpressionAttribute().c_str()) +
+                                   "' of element '" + Narrow(element.getLocalName()) + "' ('" +
+                                   shown + "') has " + *beyond,
+                               location);
+            return;
+        }
+        start = end + 1;
     }
 }
 

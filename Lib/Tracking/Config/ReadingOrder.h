@@ -4,7 +4,8 @@
 // children only those the rules read are kept: reading stops silently at the first child that is
 // unknown, in a namespace, out of order (fixed order) or a second occurrence of a single child,
 // and that child goes with all that follows it. The typed attributes of the elements that are
-// read must hold values that convert.
+// read must hold values that convert, and their expressions (see ExpressionRule) must be within
+// bounds.
 
 #include "Tracking/Config/HardenedDomParser.h"
 #include "Tracking/Config/ReadingRules.h"
@@ -44,6 +45,7 @@ private:
     std::size_t Position(const xercesc::DOMElement& child, const Frame& parent) const;
     void CheckValues(const xercesc::DOMElement& element, const DocumentRules::Type& type,
                      TextLocation location);
+    void CheckExpression(const xercesc::DOMElement& element, TextLocation location);
 
     const DocumentRules& m_rules;
     std::vector<Frame> m_frames;  // reused between siblings; the first m_depth are open

@@ -7,12 +7,18 @@ namespace Velkor::KT::Tracking::Config::Detail
 {
 
 DocumentRules::DocumentRules(const char* rootElement, const char* rootType, ChildOrder order,
-                             const std::vector<TypeRule>& types)
+                             const std::vector<TypeRule>& types,
+                             std::optional<ExpressionRule> expression)
     : m_rootElement(rootElement),
       m_rootElementXml(WidenAscii(rootElement)),
       m_order(order),
       m_types(types.size())
 {
+    if (expression)
+    {
+        m_expressionAttribute = WidenAscii(expression->attribute);
+        m_expressionFlag = WidenAscii(expression->flag);
+    }
     // The types are all in place before any pointer to one is taken.
     std::unordered_map<std::string, const Type*> byName;
     for (std::size_t i = 0; i < types.size(); ++i)
@@ -35,6 +41,9 @@ DocumentRules::DocumentRules(const char* rootElement, const char* rootType, Chil
         {
             m_types[i].attributes.push_back(
                 {attribute.name, WidenAscii(attribute.name), attribute.kind});
+            m_types[i].hasExpression =
+                m_types[i].hasExpression ||
+                (expression && std::string(attribute.name) == expression->flag);
         }
     }
     m_rootType = find(rootType);

@@ -6,6 +6,7 @@
 #include "Tracking/Config/LexicalValues.h"
 #include "Tracking/Config/XmlText.h"
 
+#include <optional>
 #include <vector>
 
 namespace Velkor::KT::Tracking::Config::Detail
@@ -32,6 +33,15 @@ struct TypeRule
     const char* name;
     std::vector<ChildRule> children;
     std::vector<AttributeRule> attributes;
+};
+
+// An attribute that holds a regular expression when a boolean attribute of the same element is
+// true (the id of a `gui` entry with idIsRegExp), checked against the bounds of
+// ExpressionBounds.h. Each part between ':' is one expression.
+struct ExpressionRule
+{
+    const char* attribute;
+    const char* flag;
 };
 
 enum class ChildOrder
@@ -68,10 +78,12 @@ public:
     {
         std::vector<Child> children;
         std::vector<Attribute> attributes;
+        bool hasExpression = false;  // the type has the flag attribute of the expression rule
     };
 
     DocumentRules(const char* rootElement, const char* rootType, ChildOrder order,
-                  const std::vector<TypeRule>& types);
+                  const std::vector<TypeRule>& types,
+                  std::optional<ExpressionRule> expression = std::nullopt);
     DocumentRules(const DocumentRules&) = delete;
     DocumentRules& operator=(const DocumentRules&) = delete;
 
@@ -79,6 +91,9 @@ public:
     const XmlString& RootElementXml() const { return m_rootElementXml; }
     const Type* RootType() const { return m_rootType; }
     ChildOrder Order() const { return m_order; }
+    // Names in the parser's text; empty without an expression rule.
+    const XmlString& ExpressionAttribute() const { return m_expressionAttribute; }
+    const XmlString& ExpressionFlag() const { return m_expressionFlag; }
 
 private:
     const char* m_rootElement;
@@ -86,6 +101,8 @@ private:
     ChildOrder m_order;
     std::vector<Type> m_types;
     const Type* m_rootType = nullptr;
+    XmlString m_expressionAttribute;
+    XmlString m_expressionFlag;
 };
 
 }  // namespace Velkor::KT::Tracking::Config::Detail
