@@ -74,12 +74,40 @@ set(forbidden
     "\\.cpp$"
     "^include/KtTracking/Tracking/RuleDocument\\.h$"
     "^include/KtTracking/Tracking/Instances/"
-    "^include/KtTracking/Tracking/Config/DocumentReader\\.h$")
+    "^include/KtTracking/Tracking/Config/DocumentReader\\.h$"
+    "^include/KtTracking/Tracking/(QtEventHandler|LambdaQt4WithStringParameter|NotNull)\\.h$"
+    "^include/KtTracking/Tracking/Fillers/[A-Za-z]*Filler(Factory)?\\.h$"
+    "^include/KtTracking/Analytics/(RotatingAppendFile|EventLineFormat|FileDescriptor)\\.h$")
 foreach(pattern IN LISTS forbidden)
     set(matches ${installed})
     list(FILTER matches INCLUDE REGEX "${pattern}")
     if(matches)
         string(APPEND failures "installed but internal (${pattern}): ${matches}\n")
+    endif()
+endforeach()
+
+# The library's installed headers are exactly those reached from its umbrella header: any other
+# one is internal. And every quoted include of an installed header is installed.
+set(include_root "${PREFIX}/include/KtTracking")
+set(reached "")
+set(queue "Tracking/Tracking.h")
+while(queue)
+    list(POP_FRONT queue header)
+    if(header IN_LIST reached)
+        continue()
+    endif()
+    if(NOT EXISTS "${include_root}/${header}")
+        string(APPEND failures "included but not installed: ${header}\n")
+        continue()
+    endif()
+    list(APPEND reached "${header}")
+    included_headers("${include_root}" "${header}" included)
+    list(APPEND queue ${included})
+endwhile()
+file(GLOB_RECURSE library_headers RELATIVE "${include_root}" "${include_root}/Tracking/*")
+foreach(header IN LISTS library_headers)
+    if(NOT header IN_LIST reached)
+        string(APPEND failures "installed but not reached from Tracking/Tracking.h: ${header}\n")
     endif()
 endforeach()
 
