@@ -3,14 +3,12 @@
 // event are tracked twice. No event held back by the rules in force may be passed on. A document
 // the tracker cannot read must be logged and leave the earlier rules in force.
 
-#include "FuzzSupport.h"
+#include "RuleStage.h"
 
 #include "Tracking/AggregatorKtTracker.h"
 #include "Tracking/Config/Aggregator.h"
 
-#include <memory>
 #include <set>
-#include <sstream>
 
 namespace
 {
@@ -33,19 +31,6 @@ const std::vector<Event> kFixedEvents = {
     {"HOTKEY_CAPTURE_START_STOP_EVENT", {{"METHOD", "HOTKEY"}}},
     {"CAPTURE_START", {}},
 };
-
-std::unique_ptr<A::Aggregator> Read(const std::string& document)
-{
-    try
-    {
-        std::istringstream input(document);
-        return A::aggregator(input, ::xml_schema::flags::dont_validate);
-    }
-    catch (const ::xml_schema::exception&)
-    {
-        return nullptr;
-    }
-}
 
 // For each block (the first 32): each of its affecting events (the first 8), then its main event.
 std::vector<Event> EventsFor(const A::Aggregator& rules)
@@ -74,7 +59,7 @@ std::vector<Event> EventsFor(const A::Aggregator& rules)
 
 // The names held back: those listed as affecting a main event other than themselves (a block's
 // own main event is never held back by its block).
-std::set<std::string> AffectingNames(const A::Aggregator& rules)
+std::set<std::string> HeldBack(const A::Aggregator& rules)
 {
     std::set<std::string> names;
     for (const auto& block : rules.event())
@@ -90,69 +75,34 @@ std::set<std::string> AffectingNames(const A::Aggregator& rules)
     return names;
 }
 
-struct Outcome
-{
-    bool rejected = false;
-    std::vector<Event> delivered;
-};
-
-// The earlier rules, then `document` when given, then `events` twice.
-Outcome Run(const std::string* document, const std::vector<Event>& events)
-{
-    const auto recorder = std::make_shared<KtFuzz::Recorder>();
-    Velkor::KT::Tracking::AggregatorKtTracker aggregator(recorder);
-    aggregator.SetConfig(kEarlierRules);
-    Outcome outcome;
-    if (document)
-    {
-        const KtFuzz::ErrorLines errors("Can't parse configuration: ");
-        aggregator.SetConfig(*document);
-        outcome.rejected = errors.Count() > 0;
-    }
-    for (int round = 0; round < 2; ++round)
-    {
-        for (const Event& event : events)
-        {
-            aggregator.Track(event);
-        }
-    }
-    outcome.delivered = std::move(recorder->events);
-    return outcome;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    using Aggregator = Velkor::KT::Tracking::AggregatorKtTracker;
     KtFuzz::InitProcess();
-    static const std::vector<Event> underEarlierRules = Run(nullptr, kFixedEvents).delivered;
-    static const std::set<std::string> earlierAffecting = AffectingNames(*Read(kEarlierRules));
+    static const std::vector<Event> underEarlierRules =
+        KtFuzz::RunStage<Aggregator>(kEarlierRules, nullptr, kFixedEvents).delivered;
+    static const std::set<std::string> earlierHeldBack =
+        HeldBack(*KtFuzz::ReadRules(kEarlierRules, &A::aggregator));
 
     const std::string document(reinterpret_cast<const char*>(data), size);
-    const std::unique_ptr<A::Aggregator> rules = Read(document);
+    const std::unique_ptr<A::Aggregator> rules = KtFuzz::ReadRules(document, &A::aggregator);
     std::vector<Event> events = kFixedEvents;
     if (rules)
     {
         const std::vector<Event> more = EventsFor(*rules);
         events.insert(events.end(), more.begin(), more.end());
     }
-    const Outcome outcome = Run(&document, events);
-    if (outcome.rejected == static_cast<bool>(rules))
-    {
-        KtFuzz::Fail(rules ? "the tracker logged a document the reader reads"
-                           : "the tracker did not log a document the reader refuses");
-    }
-    if (outcome.rejected)
-    {
-        KtFuzz::ExpectSame(underEarlierRules, outcome.delivered,
-                           "a refused document changed the rules in force");
-    }
-    const std::set<std::string> affecting = rules ? AffectingNames(*rules) : earlierAffecting;
+    const KtFuzz::StageOutcome outcome =
+        KtFuzz::RunStage<Aggregator>(kEarlierRules, &document, events);
+    KtFuzz::CheckRefusal(!rules, outcome, underEarlierRules);
+    const std::set<std::string> heldBack = rules ? HeldBack(*rules) : earlierHeldBack;
     for (const Event& event : outcome.delivered)
     {
-        if (affecting.count(event.name))
+        if (heldBack.count(event.name))
         {
-            KtFuzz::Fail("the affecting event " + event.name + " was passed on");
+            KtFuzz::Fail("the held-back event " + event.name + " was passed on");
         }
     }
     return 0;

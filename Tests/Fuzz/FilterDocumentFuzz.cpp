@@ -3,14 +3,12 @@
 // twice, so that the rules and the memory of repeats run. A document the tracker cannot read
 // must be logged and leave the earlier rules in force; one it reads must not be logged.
 
-#include "FuzzSupport.h"
+#include "RuleStage.h"
 
 #include "Tracking/Config/Filter.h"
 #include "Tracking/FilterKtTracker.h"
 
 #include <cstdio>
-#include <memory>
-#include <sstream>
 
 namespace
 {
@@ -98,70 +96,24 @@ std::vector<Event> EventsFor(const F::Filter& rules)
     return events;
 }
 
-struct Outcome
-{
-    bool rejected = false;
-    std::vector<Event> delivered;
-};
-
-// The earlier rules, then `document` when given, then `events` twice.
-Outcome Run(const std::string* document, const std::vector<Event>& events)
-{
-    const auto recorder = std::make_shared<KtFuzz::Recorder>();
-    Velkor::KT::Tracking::FilterKtTracker filter(recorder);
-    filter.SetConfig(kEarlierRules);
-    Outcome outcome;
-    if (document)
-    {
-        const KtFuzz::ErrorLines errors("Can't parse configuration: ");
-        filter.SetConfig(*document);
-        outcome.rejected = errors.Count() > 0;
-    }
-    for (int round = 0; round < 2; ++round)
-    {
-        for (const Event& event : events)
-        {
-            filter.Track(event);
-        }
-    }
-    outcome.delivered = std::move(recorder->events);
-    return outcome;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    using Filter = Velkor::KT::Tracking::FilterKtTracker;
     KtFuzz::InitProcess();
-    static const std::vector<Event> underEarlierRules = Run(nullptr, kFixedEvents).delivered;
+    static const std::vector<Event> underEarlierRules =
+        KtFuzz::RunStage<Filter>(kEarlierRules, nullptr, kFixedEvents).delivered;
 
     const std::string document(reinterpret_cast<const char*>(data), size);
-    std::unique_ptr<F::Filter> rules;
-    try
-    {
-        std::istringstream input(document);
-        rules = F::filter(input, ::xml_schema::flags::dont_validate);
-    }
-    catch (const ::xml_schema::exception&)
-    {
-    }
-
+    const std::unique_ptr<F::Filter> rules = KtFuzz::ReadRules(document, &F::filter);
     std::vector<Event> events = kFixedEvents;
     if (rules)
     {
         const std::vector<Event> more = EventsFor(*rules);
         events.insert(events.end(), more.begin(), more.end());
     }
-    const Outcome outcome = Run(&document, events);
-    if (outcome.rejected == static_cast<bool>(rules))
-    {
-        KtFuzz::Fail(rules ? "the tracker logged a document the reader reads"
-                           : "the tracker did not log a document the reader refuses");
-    }
-    if (outcome.rejected)
-    {
-        KtFuzz::ExpectSame(underEarlierRules, outcome.delivered,
-                           "a refused document changed the rules in force");
-    }
+    KtFuzz::CheckRefusal(!rules, KtFuzz::RunStage<Filter>(kEarlierRules, &document, events),
+                         underEarlierRules);
     return 0;
 }

@@ -35,7 +35,9 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace KtFuzz
 {
@@ -163,46 +165,32 @@ struct Services
 {
     Services()
     {
-        registry.Register(static_cast<KT::ICaptureInfo*>(&capture));
-        registry.Register(static_cast<KT::ICaptureMonitor*>(&monitor));
-        registry.Register(static_cast<KT::IConverter*>(&converter));
-        registry.Register(static_cast<KT::IScheduler*>(&scheduler));
-        registry.Register(static_cast<KT::IDurationLimiter*>(&limiter));
-        registry.Register(static_cast<KT::AbstractScreenshotTakerWrapper*>(&screenshots));
-        registry.Register(static_cast<KT::IFileManager*>(&files));
-        registry.Register(static_cast<KT::Service::Sharing::AbstractSharingManager*>(&sharing));
-        registry.Register(
-            static_cast<KT::Service::ScreenPainting::IPaintingController*>(&painting));
-        registry.Register(static_cast<KT::Service::Tutorial::ITutorialManager*>(&tutorial));
-        registry.Register(static_cast<KT::Service::AreaSelector::ISelector*>(&selector));
-        registry.Register(&product);
-        registry.Register(convertation.get());
-        registry.Register(&hotkeys);
-        registry.Register(&audio);
-        registry.Register(&video);
-        registry.Register(&ui);
+        Add(static_cast<KT::ICaptureInfo*>(&capture));
+        Add(static_cast<KT::ICaptureMonitor*>(&monitor));
+        Add(static_cast<KT::IConverter*>(&converter));
+        Add(static_cast<KT::IScheduler*>(&scheduler));
+        Add(static_cast<KT::IDurationLimiter*>(&limiter));
+        Add(static_cast<KT::AbstractScreenshotTakerWrapper*>(&screenshots));
+        Add(static_cast<KT::IFileManager*>(&files));
+        Add(static_cast<KT::Service::Sharing::AbstractSharingManager*>(&sharing));
+        Add(static_cast<KT::Service::ScreenPainting::IPaintingController*>(&painting));
+        Add(static_cast<KT::Service::Tutorial::ITutorialManager*>(&tutorial));
+        Add(static_cast<KT::Service::AreaSelector::ISelector*>(&selector));
+        Add(&product);
+        Add(convertation.get());
+        Add(&hotkeys);
+        Add(&audio);
+        Add(&video);
+        Add(&ui);
     }
 
     ~Services()
     {
-        registry.Unregister(&ui);
-        registry.Unregister(&video);
-        registry.Unregister(&audio);
-        registry.Unregister(&hotkeys);
-        registry.Unregister(convertation.get());
-        registry.Unregister(&product);
-        registry.Unregister(static_cast<KT::Service::AreaSelector::ISelector*>(&selector));
-        registry.Unregister(static_cast<KT::Service::Tutorial::ITutorialManager*>(&tutorial));
-        registry.Unregister(
-            static_cast<KT::Service::ScreenPainting::IPaintingController*>(&painting));
-        registry.Unregister(static_cast<KT::Service::Sharing::AbstractSharingManager*>(&sharing));
-        registry.Unregister(static_cast<KT::IFileManager*>(&files));
-        registry.Unregister(static_cast<KT::AbstractScreenshotTakerWrapper*>(&screenshots));
-        registry.Unregister(static_cast<KT::IDurationLimiter*>(&limiter));
-        registry.Unregister(static_cast<KT::IScheduler*>(&scheduler));
-        registry.Unregister(static_cast<KT::IConverter*>(&converter));
-        registry.Unregister(static_cast<KT::ICaptureMonitor*>(&monitor));
-        registry.Unregister(static_cast<KT::ICaptureInfo*>(&capture));
+        for (auto unregister = m_unregister.rbegin(); unregister != m_unregister.rend();
+             ++unregister)
+        {
+            (*unregister)();
+        }
     }
 
     void Work()
@@ -270,6 +258,17 @@ struct Services
     KT::CaptureAudioSettings audio;
     KT::CaptureVideoSettings video;
     KT::IUiSettings ui;
+
+private:
+    // Registers `instance` under its type, and unregisters it when the services go.
+    template <class T>
+    void Add(T* instance)
+    {
+        registry.Register(instance);
+        m_unregister.push_back([this, instance] { registry.Unregister(instance); });
+    }
+
+    std::vector<std::function<void()>> m_unregister;
 };
 
 }  // namespace
