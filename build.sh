@@ -7,6 +7,9 @@
 #   ./build.sh test --sanitize thread --label threaded   threaded tests under ThreadSanitizer
 #   ./build.sh test --exclude-label packaging            every test but those with the label
 #   ./build.sh bench                    build, then run the benchmarks
+#   ./build.sh fuzz [--seconds N] [TARGET...]   clang build with libFuzzer (build-fuzz/), then
+#                                       fuzz each target (default: all) N seconds (default 60);
+#                                       fails on any finding (see Tests/Fuzz/README.md)
 #
 # Environment: BUILD_DIR overrides the build directory, JOBS the build parallelism.
 set -euo pipefail
@@ -20,7 +23,7 @@ PACKAGES+=(qtbase5-private-dev)
 # Locale sources: a test compiles a decimal-comma locale from them with localedef.
 PACKAGES+=(locales)
 
-usage() { sed -n '2,11p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
+usage() { sed -n '2,14p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
 
 install_missing() {
     local missing=()
@@ -38,19 +41,29 @@ install_missing() {
 }
 
 command="${1:-}"; [ -n "$command" ] || usage; shift
-sanitize=""; label=""; exclude_label=""
+sanitize=""; label=""; exclude_label=""; seconds=60; fuzz_targets=()
 while [ $# -gt 0 ]; do
     case "$1" in
         --sanitize) sanitize="$2"; shift 2 ;;
         --label) label="$2"; shift 2 ;;
         --exclude-label) exclude_label="$2"; shift 2 ;;
-        *) usage ;;
+        --seconds) seconds="$2"; shift 2 ;;
+        -*) usage ;;
+        *) [ "$command" = fuzz ] || usage; fuzz_targets+=("$1"); shift ;;
     esac
 done
 
-case "$sanitize" in
-    "") default_dir=build ;;
-    thread) default_dir=build-tsan ;;
+# The fuzzing build: clang's libFuzzer over the sanitizers, only the fuzz targets.
+if [ "$command" = fuzz ]; then
+    PACKAGES+=(clang libclang-rt-14-dev)
+    sanitize=address,undefined
+    [ ${#fuzz_targets[@]} -gt 0 ] || fuzz_targets=(filter aggregator main main_over events check)
+fi
+
+case "$command:$sanitize" in
+    fuzz:*) default_dir=build-fuzz ;;
+    *:) default_dir=build ;;
+    *:thread) default_dir=build-tsan ;;
     *) default_dir=build-asan ;;
 esac
 build_dir="${BUILD_DIR:-$default_dir}"
@@ -67,8 +80,14 @@ export TSAN_OPTIONS="${TSAN_OPTIONS:-suppressions=$PWD/.ci/tsan.supp:halt_on_err
 configure_args=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DKT_TRACKING_SANITIZE="$sanitize")
 # Sanitizer builds exist to run tests: no benchmarks or examples there.
 [ -n "$sanitize" ] && configure_args+=(-DKT_TRACKING_BUILD_BENCH=OFF -DKT_TRACKING_BUILD_EXAMPLES=OFF)
+build_targets=()
+if [ "$command" = fuzz ]; then
+    configure_args+=(-DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DKT_TRACKING_FUZZ=ON
+                     -DKT_TRACKING_BUILD_TESTS=OFF -DKT_TRACKING_INSTALL=OFF)
+    build_targets=(--target "${fuzz_targets[@]/#/fuzz_}")
+fi
 cmake -S . -B "$build_dir" "${configure_args[@]}" >/dev/null
-cmake --build "$build_dir" -j "$jobs"
+cmake --build "$build_dir" -j "$jobs" "${build_targets[@]}"
 
 # ThreadSanitizer needs a memory layout that high address-space randomisation breaks.
 run_prefix=()
@@ -89,6 +108,32 @@ case "$command" in
     bench)
         "$build_dir/Bench/KtTrackingBench"
         "$build_dir/Bench/KtTrackingInternalsBench"
+        ;;
+    fuzz)
+        # Each target grows a working corpus of its own from the committed one; what it finds
+        # goes to its findings directory.
+        failed=()
+        for target in "${fuzz_targets[@]}"; do
+            work="$build_dir/fuzz-work/$target"
+            mkdir -p "$work/corpus" "$work/findings"
+            dict=Tests/Fuzz/documents.dict
+            [ "$target" = events ] && dict=Tests/Fuzz/events.dict
+            inputs=("$work/corpus" "Tests/Fuzz/corpus/$target")
+            [ -d "Tests/Fuzz/reproducers/$target" ] && inputs+=("Tests/Fuzz/reproducers/$target")
+            echo "fuzz_$target: $seconds seconds, log in $work/fuzz.log"
+            if "$build_dir/Tests/Fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=30 \
+                   -dict="$dict" -artifact_prefix="$work/findings/" -print_final_stats=1 \
+                   "${inputs[@]}" >"$work/fuzz.log" 2>&1; then
+                grep -E '^#[0-9]+ +DONE|stat::number_of_executed_units|stat::average_exec_per_sec' \
+                    "$work/fuzz.log" || true
+            else
+                tail -n 60 "$work/fuzz.log"
+                echo "fuzz_$target found a fault; the input is in $work/findings/:"
+                echo "copy it to Tests/Fuzz/reproducers/$target/ and fix what it shows"
+                failed+=("$target")
+            fi
+        done
+        [ ${#failed[@]} -eq 0 ] || { echo "findings: ${failed[*]}"; exit 1; }
         ;;
     *) usage ;;
 esac
