@@ -124,7 +124,7 @@ case "$command" in
             if "$build_dir/Tests/Fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=30 \
                    -dict="$dict" -artifact_prefix="$work/findings/" -print_final_stats=1 \
                    "${inputs[@]}" >"$work/fuzz.log" 2>&1; then
-                grep -E '^#[0-9]+ +DONE|stat::number_of_executed_units|stat::average_exec_per_sec' \
+                grep -E '^#[0-9]+[[:space:]]+DONE|stat::number_of_executed_units|stat::average_exec_per_sec' \
                     "$work/fuzz.log" || true
             else
                 tail -n 60 "$work/fuzz.log"

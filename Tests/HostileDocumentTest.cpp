@@ -424,15 +424,20 @@ TEST(HostileDocumentNestingTest, ModerateNestingIsRead)
     EXPECT_EQ(depth, 150);
 }
 
-// Expressions of real ids are read, up to the bounds.
+// Expressions of real ids are read, up to the bounds; escaped parentheses and those inside a
+// class open no group, and an id that is not an expression is not one.
 TEST(HostileDocumentNestingTest, ExpressionsWithinTheBoundsAreRead)
 {
     const std::string nested = std::string(32, '(') + "a" + std::string(32, ')');
+    std::string escaped;
+    for (int i = 0; i < 40; ++i)
+    {
+        escaped += "\\(";
+    }
     std::istringstream input(
         "<ktmstat><gui><widget id='Main.*:(rec|stop)[]x-]Button{2,3}:" + nested +
-        ":(a{100}){100}' idIsRegExp='true'/>"
-        "<widget id='" +
-        std::string(40, '(') + "'/></gui></ktmstat>");
+        ":(a{100}){100}:" + escaped + ":[" + std::string(40, '(') +
+        "]' idIsRegExp='true'/><widget id='" + std::string(40, '(') + "'/></gui></ktmstat>");
     const auto model = Config::ktmstat(input, ::xml_schema::flags::dont_validate);
     EXPECT_EQ(model->gui()->widget().size(), 2u);
 }

@@ -170,13 +170,17 @@ void ReadingOrder::CheckExpression(const DOMElement& element, TextLocation locat
             ExpressionBeyondBounds(value.substr(start, end - start));
         if (beyond)
         {
-            constexpr std::size_t kShown = 40;
-            const std::string shown =
-                value.size() > kShown ? value.substr(0, kShown) + "..." : value;
+            // Its beginning, cut before a character, not inside one.
+            std::size_t shown = std::min<std::size_t>(value.size(), 40);
+            while (shown < value.size() && (value[shown] & 0xC0) == 0x80)
+            {
+                --shown;
+            }
             m_badValue.emplace("the expression in attribute '" +
                                    Narrow(m_rules.ExpressionAttribute().c_str()) +
                                    "' of element '" + Narrow(element.getLocalName()) + "' ('" +
-                                   shown + "') has " + *beyond,
+                                   value.substr(0, shown) +
+                                   (shown < value.size() ? "...') has " : "') has ") + *beyond,
                                location);
             return;
         }
