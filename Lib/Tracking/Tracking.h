@@ -5,6 +5,7 @@
 #include "Tracking/TrackingExport.h"
 
 #include "Tracking/Event.h"
+#include "Tracking/EventJson.h"
 #include "Tracking/EventText.h"
 #include "Tracking/IKtTracker.h"
 #include "Tracking/IKtTrackingEndpoint.h"
