@@ -17,6 +17,7 @@
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 #include "Tracking/GuiHandler.h"
+#include "Tracking/IRuleTraceListener.h"
 #include "Tracking/IStatisticsManager.h"
 #include "Tracking/StatisticsManager.h"
 
