@@ -19,6 +19,7 @@
 #include "Tracking/GuiHandler.h"
 #include "Tracking/IRuleTraceListener.h"
 #include "Tracking/IStatisticsManager.h"
+#include "Tracking/RecordingKtTracker.h"
 #include "Tracking/StatisticsManager.h"
 
 #include "Tracking/InstancesHandler.h"
