@@ -11,14 +11,20 @@
 #include "ToolError.h"
 
 #include "Tracking/ConfigLoader.h"
+#include "Tracking/EventJson.h"
+#include "Tracking/RecordingKtTracker.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <iostream>
 #include <memory>
 #include <ostream>
 #include <sstream>
@@ -33,6 +39,12 @@ namespace
 {
 
 const std::string kConfigDir = SOURCE_CONFIG_DIR;
+
+class Discard : public Velkor::KT::Tracking::IKtTracker
+{
+public:
+    void Track(const Event&) override {}
+};
 
 struct Outcome
 {
@@ -247,19 +259,26 @@ TEST(MalformedInputTest, CommandExitsWithTwoAndTheLine)
     EXPECT_NE(run.err.find("<stdin>:3: "), std::string::npos) << run.err;
 }
 
-// Texts that need escaping come back unchanged.
-TEST(EventsJsonTest, WrittenEventsReadBack)
+// What the recording stage writes comes back unchanged, texts that need escaping included.
+TEST(EventsJsonTest, RecordedEventsReadBack)
 {
+    using namespace std::string_literals;
     const std::vector<Event> events{
         {"A", {}},
         {"QUOTE\"BACK\\SLASH", {{"TAB\tKEY", "line\nbreak"}, {"EMPTY", ""}}},
-        {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f"}}}};
-    QByteArray lines;
-    for (const Event& event : events)
+        {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f\x7f"}}},
+        {"NUL\0INSIDE"s, {{"EMOJI \xf0\x9f\x8e\xa5", "\0"s}, {"\xe4\xb8\xad", "\r\b\f"}}}};
+    QTemporaryDir dir;
+    const QString path = dir.filePath("raw.jsonl");
     {
-        lines += QByteArray::fromStdString(Tool::EventJson(event)) + '\n';
+        Velkor::KT::Tracking::RecordingKtTracker recorder(std::make_shared<Discard>(), path);
+        for (const Event& event : events)
+        {
+            recorder.Track(event);
+        }
     }
-    const std::vector<Tool::NumberedEvent> read = Tool::ParseEvents(lines, "x");
+    const std::vector<Tool::NumberedEvent> read =
+        Tool::ParseEvents(Tool::ReadInput(path.toStdString(), std::cin), "x");
     ASSERT_EQ(read.size(), events.size());
     for (std::size_t i = 0; i < events.size(); ++i)
     {
@@ -579,6 +598,152 @@ TEST(CheckTest, WarningsFailOnlyWithWerror)
     // In another set the main document does not meet the filter.
     EXPECT_EQ(KtTrack({"check", "--werror", main, "+", filter}).code, 0);
 }
+
+// ---- replay --explain ------------------------------------------------------------------------
+
+const std::string kFilter = kConfigDir + "/FilterConfig.xml";
+const std::string kAggregator = kConfigDir + "/AggregatorConfig.xml";
+
+std::string ReadText(const std::string& path)
+{
+    QFile file(QString::fromStdString(path));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path;
+    return file.readAll().toStdString();
+}
+
+// Replaces each "@F(MARK|MARK...)" and "@A(...)" by "FILE:LINE" of the shipped filter or
+// aggregator document: the line of the last MARK, each searched after the one before.
+std::string Expand(std::string text)
+{
+    for (std::size_t at = text.find('@'); at != std::string::npos; at = text.find('@', at))
+    {
+        const std::string& path = text[at + 1] == 'F' ? kFilter : kAggregator;
+        const std::string document = ReadText(path);
+        const std::size_t end = text.find(')', at);
+        std::size_t found = 0;
+        std::istringstream marks(text.substr(at + 3, end - at - 3));
+        for (std::string mark; std::getline(marks, mark, '|');)
+        {
+            found = document.find(mark, found);
+            EXPECT_NE(found, std::string::npos) << mark;
+        }
+        const std::string where = path + ":" + std::to_string(LineOf(document, found));
+        text.replace(at, end + 1 - at, where);
+        at += where.size();
+    }
+    return text;
+}
+
+struct ExplainRow
+{
+    const char* label;
+    std::string events;
+    std::string explanation;  // with @F(...) and @A(...) for the rules' FILE:LINE
+};
+
+void PrintTo(const ExplainRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class ExplainTest : public testing::TestWithParam<ExplainRow>
+{
+};
+
+// The road of each event as the stages report it, each step at the line of the rule that made it;
+// the JSON form tells the same steps at the same places.
+TEST_P(ExplainTest, NamesEachRuleThatActed)
+{
+    const ExplainRow& row = GetParam();
+    const std::vector<std::string> args{"replay",       "--explain", "--filter", kFilter,
+                                        "--aggregator", kAggregator, "-"};
+    const Outcome text = KtTrack(args, row.events);
+    EXPECT_EQ(text.code, 0) << text.err;
+    EXPECT_EQ(text.out, Expand(row.explanation));
+
+    std::vector<std::string> textPlaces;
+    std::istringstream lines(text.out);
+    for (std::string line; std::getline(lines, line);)
+    {
+        if (line.rfind("  " + kConfigDir, 0) == 0)
+        {
+            textPlaces.push_back(line.substr(2, line.find(": ") - 2));
+        }
+    }
+    std::vector<std::string> jsonPlaces;
+    std::vector<std::string> jsonArgs = args;
+    jsonArgs.insert(jsonArgs.end() - 1, {"--format", "jsonl"});
+    const Outcome json = KtTrack(jsonArgs, row.events);
+    for (const QByteArray& line : QByteArray::fromStdString(json.out).split('\n'))
+    {
+        for (const QJsonValue step :
+             QJsonDocument::fromJson(line).object().value("steps").toArray())
+        {
+            jsonPlaces.push_back(step.toObject().value("at").toString().toStdString());
+        }
+    }
+    EXPECT_EQ(jsonPlaces, textPlaces);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ShippedRules, ExplainTest,
+    testing::Values(
+        // The stop button's cause is held back; the stop is classified by three rules of its
+        // block and then takes the cause's method.
+        ExplainRow{"HeldCauseClassifiedStopMergedMethod",
+                   R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}}
+{"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880", "AUDIO_SOURCES": ""}}
+)",
+                   R"(<stdin>:1: BUTTON_CAPTURE_STOP_EVENT {"METHOD":"BUTTON"}
+  filter: no block applies
+  @A(<event event="CAPTURE_STOP">|>BUTTON_CAPTURE_STOP_EVENT<): aggregator: held as a cause of "CAPTURE_STOP": {"METHOD":"BUTTON"}
+  => held back by the aggregator
+
+<stdin>:2: CAPTURE_STOP {"AUDIO_SOURCES":"","DURATION":"90","FILE_SIZE":"5242880"}
+  @F(<event event="CAPTURE_STOP">): filter block "CAPTURE_STOP" applies
+  @F(<event event="CAPTURE_STOP">|<inRange to="120">):   param "DURATION" = "90": inRange to="120" matches
+  @F(<event event="CAPTURE_STOP">|"UP_TO_2_MIN"):     addParam "DURATION_ID": absent -> "UP_TO_2_MIN"
+  @F(<event event="CAPTURE_STOP">|<param key="AUDIO_SOURCES">|<equal value="">):   param "AUDIO_SOURCES" = "": equal value="" matches
+  @F(<event event="CAPTURE_STOP">|<param key="AUDIO_SOURCES">|<setValue value="OFF"/>):     setValue "AUDIO_SOURCES": "" -> "OFF"
+  @F(<event event="CAPTURE_STOP">|<inRange to="10485760">):   param "FILE_SIZE" = "5242880": inRange to="10485760" matches
+  @F(<event event="CAPTURE_STOP">|"1_10_MB"):     addParam "FILE_SIZE_PRESET": absent -> "1_10_MB"
+  @A(<event event="CAPTURE_STOP">): aggregator: main event "CAPTURE_STOP", merges its held cause
+  @A(<event event="CAPTURE_STOP">):   "METHOD": absent -> "BUTTON"
+  => delivered CAPTURE_STOP {"AUDIO_SOURCES":"OFF","DURATION":"90","DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB","METHOD":"BUTTON"}
+
+)"},
+        // The hot key is renamed, loses its id, gains its method and is held for both main
+        // events that share it; the repeat memory lets a window pass once.
+        ExplainRow{"RenamedHotkeyHeldTwiceWindowRepeatDropped",
+                   R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "takeScreenshot"}}
+{"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
+{"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
+)",
+                   R"(<stdin>:1: HOTKEY_TRIGGERED {"HOTKEY_ID":"takeScreenshot"}
+  @F(<event event="HOTKEY_TRIGGERED">): filter block "HOTKEY_TRIGGERED" applies
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">):   param "HOTKEY_ID" = "takeScreenshot": equal value="takeScreenshot" matches
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">|<modParam):     modParam "METHOD": absent -> "HOTKEY_CAPTURING"
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">|<modEvent):     modEvent: "HOTKEY_TRIGGERED" -> "HOTKEY_TAKE_SCREENSHOT_EVENT"
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">|<delParam):     delParam "HOTKEY_ID": "takeScreenshot" -> deleted
+  @A(<event event="SCREENSHOT_SAVE">|>HOTKEY_TAKE_SCREENSHOT_EVENT<): aggregator: held as a cause of "SCREENSHOT_SAVE": {"METHOD":"HOTKEY_CAPTURING"}
+  @A(<event event="SCREENSHOT_ERROR">|>HOTKEY_TAKE_SCREENSHOT_EVENT<): aggregator: held as a cause of "SCREENSHOT_ERROR": {"METHOD":"HOTKEY_CAPTURING"}
+  => held back by the aggregator
+
+<stdin>:2: SHOW_WINDOW {"WINDOW":"MAIN"}
+  @F(<event event="SHOW_WINDOW">): filter block "SHOW_WINDOW" applies
+  @F(<event event="SHOW_WINDOW">|<any>):   param "WINDOW" = "MAIN": any matches
+  @F(<event event="SHOW_WINDOW">|<skipEvent):     skipEvent skipFullRepeats: not a repeat of the last "SHOW_WINDOW": remembered, passes
+  aggregator: names no such event
+  => delivered SHOW_WINDOW {"WINDOW":"MAIN"}
+
+<stdin>:3: SHOW_WINDOW {"WINDOW":"MAIN"}
+  @F(<event event="SHOW_WINDOW">): filter block "SHOW_WINDOW" applies
+  @F(<event event="SHOW_WINDOW">|<any>):   param "WINDOW" = "MAIN": any matches
+  @F(<event event="SHOW_WINDOW">|<skipEvent):     skipEvent skipFullRepeats: the same properties as the last "SHOW_WINDOW" that passed: dropped
+  => dropped by the filter
+
+)"}),
+    [](const auto& info) { return std::string(info.param.label); });
 
 // ---- the executable --------------------------------------------------------------------------
 

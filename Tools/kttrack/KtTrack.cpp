@@ -30,6 +30,12 @@ prints what they deliver.
                          events (name, then one tab-indented KEY=VALUE line per property)
   --expect OUT.jsonl     compare the delivered events with OUT.jsonl instead of
                          printing them; each difference is printed on one line
+  --explain              print, for each event, what the stages did to it: each
+                         block, param rule and matcher that applied, each action
+                         with the value before and after, the repeat memory's
+                         verdict, the aggregator's hold or merge, each led by the
+                         FILE:LINE of its rule; then what is delivered. Readable
+                         text unless --format jsonl (one JSON object per event)
   Documents are read as the application reads them (not validated); use check
   for that.
   Exit status: 0 done, or delivered as expected; 1 delivered events differ from
@@ -55,6 +61,7 @@ Warnings (FILE: warning: ...) point at rules that cannot work as written:
   Exit status: 0 no errors (warnings allowed without --werror); 1 warnings with
   --werror; 2 errors: a missing or unreadable file, a document the application
   cannot read, or one that is not valid against its schema, or bad options.
+
 )";
 }
 
