@@ -4,6 +4,7 @@
 #include "EventDiff.h"
 #include "EventsJson.h"
 #include "KtTrack.h"
+#include "ReplayCommand.h"
 #include "Report.h"
 #include "RuleChecks.h"
 #include "RuleDocument.h"
@@ -27,6 +28,7 @@
 #include <iostream>
 #include <memory>
 #include <ostream>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -599,10 +601,11 @@ TEST(CheckTest, WarningsFailOnlyWithWerror)
     EXPECT_EQ(KtTrack({"check", "--werror", main, "+", filter}).code, 0);
 }
 
-// ---- replay --explain ------------------------------------------------------------------------
+// ---- the rule author's workbench: explain, coverage, diff ------------------------------------
 
 const std::string kFilter = kConfigDir + "/FilterConfig.xml";
 const std::string kAggregator = kConfigDir + "/AggregatorConfig.xml";
+const std::string kRawSession = std::string(KT_TEST_DATA) + "/DemoSessionRaw.jsonl";
 
 std::string ReadText(const std::string& path)
 {
@@ -745,6 +748,124 @@ INSTANTIATE_TEST_SUITE_P(
 )"}),
     [](const auto& info) { return std::string(info.param.label); });
 
+// `text` without the element whose tag begins on `line`.
+std::string WithoutElementAt(const std::string& text, int line)
+{
+    std::size_t begin = 0;
+    for (int i = 1; i < line; ++i)
+    {
+        begin = text.find('\n', begin) + 1;
+    }
+    begin = text.find('<', begin);
+    const std::string name = text.substr(begin + 1, text.find_first_of(" />", begin) - begin - 1);
+    const std::size_t close = text.find('>', begin);
+    const std::size_t end =
+        text[close - 1] == '/' ? close + 1 : text.find("</" + name + ">", begin) + name.size() + 3;
+    return text.substr(0, begin) + text.substr(end);
+}
+
+// Coverage is checked against what each rule does: the demo's recorded raw session through the
+// shipped documents, one matcher or aggregator entry deleted at a time. A rule that never fired
+// leaves the delivered stream as it is; one that fired changes it, unless all it does is write
+// what is already there.
+TEST(CoverageTest, DemoSessionFiresExactlyTheRulesThatShapeWhatItDelivers)
+{
+    const Outcome run = KtTrack({"coverage", kFilter, kAggregator, kRawSession});
+    ASSERT_EQ(run.code, 0) << run.err;
+    const std::vector<Event> session = []
+    {
+        std::vector<Event> events;
+        for (auto& numbered :
+             Tool::ParseEvents(QByteArray::fromStdString(ReadText(kRawSession)), "s"))
+        {
+            events.push_back(numbered.event);
+        }
+        return events;
+    }();
+    const std::string filter = ReadText(kFilter);
+    const std::string aggregator = ReadText(kAggregator);
+    const std::vector<Event> delivered = Tool::Replay(session, &filter, &aggregator);
+    // Fired, but writes only what the demo's events already hold: NOISE_CONTROL "YES" -> "YES".
+    const std::string noEffect = "param \"NOISE_CONTROL\" equal value=\"YES\"";
+
+    int checked = 0;
+    int fired = 0;
+    std::string param;  // the param rule or main event the rows below belong to
+    int mainCount = 0;
+    std::istringstream rows(run.out);
+    for (std::string row; std::getline(rows, row) && !row.empty();)
+    {
+        // FILE:LINE: COUNT WHAT, WHAT indented by depth.
+        const std::size_t colon = row.find(": ");
+        const std::string place = row.substr(0, colon);
+        const std::size_t lineAt = place.rfind(':');
+        const int line = std::stoi(place.substr(lineAt + 1));
+        const std::size_t countAt = row.find_first_not_of(' ', colon + 1);
+        const std::size_t whatAt = row.find(' ', countAt);
+        const int count = std::stoi(row.substr(countAt, whatAt - countAt));
+        const std::string what = row.substr(row.find_first_not_of(' ', whatAt));
+        const bool isFilter = place.substr(0, lineAt) == kFilter;
+        if (what.rfind("param ", 0) == 0 || what.rfind("main ", 0) == 0)
+        {
+            param = what;
+            mainCount = count;
+        }
+        if (what.rfind("block ", 0) == 0 || what.rfind("param ", 0) == 0)
+        {
+            continue;  // what they do is their matchers'
+        }
+        const std::string edited = WithoutElementAt(isFilter ? filter : aggregator, line);
+        const std::vector<Event> without = isFilter ? Tool::Replay(session, &edited, &aggregator)
+                                                    : Tool::Replay(session, &filter, &edited);
+        ++checked;
+        fired += count > 0;
+        // A cause held for a main event that never comes is never delivered with it.
+        const bool observable =
+            param + " " + what != noEffect && !(what.rfind("affecting ", 0) == 0 && mainCount == 0);
+        if (count == 0)
+        {
+            EXPECT_TRUE(without == delivered) << "never fired, yet it matters: " << row;
+        }
+        else if (observable)
+        {
+            EXPECT_TRUE(without != delivered) << "fired, yet nothing changes without it: " << row;
+        }
+    }
+    EXPECT_EQ(checked, 130 + 7 + 35);  // matchers, main events, affecting events
+    EXPECT_GT(fired, 50);
+}
+
+// A changed range of the filter moves exactly the one recorded stop whose size lies between
+// the old and the new bound into the next bucket.
+TEST(DiffTest, ChangedRangeShowsExactlyTheChangedBucket)
+{
+    QTemporaryDir dir;
+    std::string changed = ReadText(kFilter);
+    const std::string range = "<inRange to=\"104857600\">";
+    changed.replace(changed.find(range), range.size(), "<inRange to=\"40000000\">");
+    const std::string newer = Write(dir, "NewFilter.xml", changed);
+
+    const Outcome run =
+        KtTrack({"diff", "--changed-only", "--old", kFilter, "--new", newer, kRawSession});
+    EXPECT_EQ(run.code, 1) << run.err;
+    const std::string session = ReadText(kRawSession);
+    const std::string at =
+        kRawSession + ":" + std::to_string(LineOf(session, session.find("\"45625000\"")));
+    // Columns aside.
+    std::string rows = run.out.substr(run.out.find("\n\n") + 2);
+    rows = rows.substr(0, rows.find("\n\n") + 1);
+    rows = QString::fromStdString(rows).simplified().toStdString();
+    EXPECT_EQ(rows, at + " CAPTURE_STOP | CAPTURE_STOP \"FILE_SIZE_PRESET\": \"10_100_MB\" -> "
+                         "\"100_MB_1_GB\"");
+    EXPECT_NE(run.out.find("\n1 of 108 session events are delivered differently"),
+              std::string::npos)
+        << run.out;
+    EXPECT_NE(run.out.find("gained: none\nlost: none\nrenamed: none\n"
+                           "properties changed: 1 (\"FILE_SIZE_PRESET\" 1)\n"),
+              std::string::npos)
+        << run.out;
+}
+
 // ---- the executable --------------------------------------------------------------------------
 
 struct ProcessRow
@@ -794,7 +915,16 @@ INSTANTIATE_TEST_SUITE_P(
         ProcessRow{"CheckShippedSet",
                    {"check", "@/Config.xml", "@/FilterConfig.xml", "@/AggregatorConfig.xml"},
                    0},
-        ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2}),
+        ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2},
+        ProcessRow{"CoverageNoSession", {"coverage", "@/FilterConfig.xml"}, 2},
+        ProcessRow{"CoverageMainDocument", {"coverage", "@/Config.xml", "-"}, 2},
+        ProcessRow{"CoverageRequireAllUnfired",
+                   {"coverage", "--require-all", "@/FilterConfig.xml", "-"},
+                   1},
+        ProcessRow{"DiffSameRules",
+                   {"diff", "--old", "@/FilterConfig.xml", "--new", "@/FilterConfig.xml", "-"},
+                   0},
+        ProcessRow{"DiffNoNewRules", {"diff", "--old", "@/FilterConfig.xml", "-"}, 2}),
     [](const auto& info) { return std::string(info.param.label); });
 
 }  // namespace
