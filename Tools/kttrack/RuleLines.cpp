@@ -235,13 +235,18 @@ int AggregatorLines::AffectingLine(int block, int affecting) const
     return line ? *line : 0;
 }
 
-FilterLines MapFilterLines(const std::string& text, const F::Filter& model)
+namespace
 {
-    FilterLines lines;
+
+// Walks the `event` elements of the root of `text`: `read(xml, line)` reads each to its end.
+// Returns false when the text cannot be read.
+template <typename ReadBlock>
+bool ReadBlocks(const std::string& text, ReadBlock read)
+{
     QXmlStreamReader xml(QByteArray::fromStdString(text));
     if (!Root(xml))
     {
-        return {};
+        return false;
     }
     Children(xml,
              [&](const QStringRef& name, int line)
@@ -250,44 +255,46 @@ FilterLines MapFilterLines(const std::string& text, const F::Filter& model)
                  {
                      return false;
                  }
-                 lines.blocks.push_back({line, {}});
-                 ReadRules(xml, lines.blocks.back());
+                 read(xml, line);
                  return true;
              });
-    return !xml.hasError() && SameCounts(lines, model) ? lines : FilterLines{};
+    return !xml.hasError();
+}
+
+}  // namespace
+
+FilterLines MapFilterLines(const std::string& text, const F::Filter& model)
+{
+    FilterLines lines;
+    const bool read = ReadBlocks(text,
+                                 [&](QXmlStreamReader& xml, int line)
+                                 {
+                                     lines.blocks.push_back({line, {}});
+                                     ReadRules(xml, lines.blocks.back());
+                                 });
+    return read && SameCounts(lines, model) ? lines : FilterLines{};
 }
 
 AggregatorLines MapAggregatorLines(const std::string& text, const A::Aggregator& model)
 {
     AggregatorLines lines;
-    QXmlStreamReader xml(QByteArray::fromStdString(text));
-    if (!Root(xml))
+    const auto readAffecting = [&](QXmlStreamReader& xml, int line)
     {
-        return {};
-    }
-    Children(xml,
-             [&](const QStringRef& name, int line)
-             {
-                 if (name != QLatin1String("event"))
+        AggregatorLines::Block& block = lines.blocks.emplace_back();
+        block.line = line;
+        Children(xml,
+                 [&](const QStringRef& name, int line)
                  {
-                     return false;
-                 }
-                 AggregatorLines::Block& block = lines.blocks.emplace_back();
-                 block.line = line;
-                 Children(xml,
-                          [&](const QStringRef& name, int line)
-                          {
-                              if (name != QLatin1String("affectingEventName"))
-                              {
-                                  return false;
-                              }
-                              block.affecting.push_back(line);
-                              xml.skipCurrentElement();
-                              return true;
-                          });
-                 return true;
-             });
-    bool same = !xml.hasError() && lines.blocks.size() == model.event().size();
+                     if (name != QLatin1String("affectingEventName"))
+                     {
+                         return false;
+                     }
+                     block.affecting.push_back(line);
+                     xml.skipCurrentElement();
+                     return true;
+                 });
+    };
+    bool same = ReadBlocks(text, readAffecting) && lines.blocks.size() == model.event().size();
     for (std::size_t b = 0; same && b < lines.blocks.size(); ++b)
     {
         same = lines.blocks[b].affecting.size() == model.event()[b].affectingEventName().size();
