@@ -235,19 +235,20 @@ public:
         {
             trace->FilterStarted(w);
         }
-        FilterMatcherRef at;
-        at.block = -1;
+        int index = -1;
         for (const auto& block : document->event())
         {
-            ++at.block;
+            ++index;
             if (block.event() != w.name)
             {
                 continue;
             }
             if (trace)
             {
-                trace->FilterBlockEntered(at.block, w);
+                trace->FilterBlockEntered(index, w);
             }
+            FilterMatcherRef at;
+            at.block = index;
             at.rule = -1;
             for (const auto& rule : block.param())
             {
