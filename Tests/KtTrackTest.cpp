@@ -664,6 +664,13 @@ TEST_P(ExplainTest, NamesEachRuleThatActed)
     EXPECT_EQ(text.code, 0) << text.err;
     EXPECT_EQ(text.out, Expand(row.explanation));
 
+    // The second event alone, after the first has run.
+    std::vector<std::string> lineArgs = args;
+    lineArgs.insert(lineArgs.end() - 1, {"--line", "2"});
+    const std::size_t second = text.out.find("<stdin>:2:");
+    EXPECT_EQ(KtTrack(lineArgs, row.events).out,
+              text.out.substr(second, text.out.find("\n\n", second) + 2 - second));
+
     std::vector<std::string> textPlaces;
     std::istringstream lines(text.out);
     for (std::string line; std::getline(lines, line);)
@@ -916,6 +923,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {"check", "@/Config.xml", "@/FilterConfig.xml", "@/AggregatorConfig.xml"},
                    0},
         ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2},
+        ProcessRow{"ReplayLineWithoutExplain", {"replay", "--line", "2", "-"}, 2},
         ProcessRow{"CoverageNoSession", {"coverage", "@/FilterConfig.xml"}, 2},
         ProcessRow{"CoverageMainDocument", {"coverage", "@/Config.xml", "-"}, 2},
         ProcessRow{"CoverageRequireAllUnfired",

@@ -40,6 +40,9 @@ prints what they deliver.
                          verdict, the aggregator's hold or merge, each led by the
                          FILE:LINE of its rule; then what is delivered. Readable
                          text unless --format jsonl (one JSON object per event)
+  --line N               with --explain: only the event on line N of EVENTS (all
+                         events still run, so held causes and repeats count);
+                         may be given more than once
   Documents are read as the application reads them (not validated); use check
   for that.
   Exit status: 0 done, or delivered as expected; 1 delivered events differ from

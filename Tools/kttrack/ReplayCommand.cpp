@@ -14,9 +14,11 @@
 #include "Tracking/EventText.h"
 #include "Tracking/FilterKtTracker.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <set>
 
 namespace Velkor::KT::KtTrack
 {
@@ -39,6 +41,7 @@ struct ReplayOptions
     std::optional<std::string> format;  // jsonl unless explaining, then text
     std::optional<std::string> expect;
     bool explain = false;
+    std::set<int> lines;  // with --explain: only the events on these lines; empty: all
     std::string events;
 };
 
@@ -92,6 +95,15 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
         {
             options.explain = true;
         }
+        else if (arg == "--line")
+        {
+            const std::string line = take();
+            if (line.empty() || line.find_first_not_of("0123456789") != std::string::npos)
+            {
+                throw ToolError("replay: --line takes a line number, not '" + line + "'");
+            }
+            options.lines.insert(std::stoi(line));
+        }
         else if (arg.size() > 1 && arg[0] == '-')
         {
             throw ToolError("replay: unknown option " + arg);
@@ -113,6 +125,10 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
     if (options.explain && options.expect)
     {
         throw ToolError("replay: --explain and --expect cannot be used together");
+    }
+    if (!options.lines.empty() && !options.explain)
+    {
+        throw ToolError("replay: --line needs --explain");
     }
     if (options.expect && *options.expect == "-" && options.events == "-")
     {
@@ -162,7 +178,15 @@ int RunReplay(const std::vector<std::string>& args, std::istream& in, std::ostre
         std::vector<NumberedEvent> numbered = ReadSession(options.events, in);
         if (options.explain)
         {
-            WriteExplanation(TraceSession(numbered, rules), rules, SessionName(options.events),
+            std::vector<EventRoad> roads = TraceSession(numbered, rules);
+            if (!options.lines.empty())
+            {
+                roads.erase(std::remove_if(roads.begin(), roads.end(),
+                                           [&](const EventRoad& road)
+                                           { return !options.lines.count(road.input.line); }),
+                            roads.end());
+            }
+            WriteExplanation(roads, rules, SessionName(options.events),
                              options.format.value_or("text") == "jsonl", out);
             return 0;
         }
