@@ -18,6 +18,8 @@ struct DemoOptions
     QString screenshotFile;
     // Writes the viewer's items at exit, in its text form.
     QString viewerItemsFile;
+    // Records every event at the head of the chain, before the filter, as JSON Lines.
+    QString rawSessionFile;
     // Prints machine facts as they are instead of "<machine>".
     bool machineValues = false;
     // "first": Config.xml and FilterConfig.xml; "second": ConfigGACA.xml and FilterConfigGACA.xml.

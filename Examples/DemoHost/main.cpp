@@ -12,6 +12,8 @@
 //   --variant first|second  the main and filter documents: Config.xml and FilterConfig.xml, or
 //                           ConfigGACA.xml and FilterConfigGACA.xml (same aggregator rules)
 //   --viewer-items FILE     writes the viewer's items to FILE at exit
+//   --record-raw FILE       records every event before the rules touch it to FILE, as JSON Lines
+//                           (kttrack replay, coverage and diff read it)
 //   --machine-values        prints machine facts (system, hardware, screens, acceleration,
 //                           country, bitness) as they are; by default they print as <machine>
 //                           so the printout is the same everywhere. The analytics file always
@@ -33,7 +35,7 @@ int Usage()
 {
     std::cerr << "usage: KtDemoHost [--interactive [--script] [--screenshot FILE]]"
                  " [--data-dir DIR] [--variant first|second] [--viewer-items FILE]"
-                 " [--machine-values]\n";
+                 " [--record-raw FILE] [--machine-values]\n";
     return 2;
 }
 
@@ -69,6 +71,10 @@ int main(int argc, char** argv)
         else if (argument == "--viewer-items" && hasValue)
         {
             options.viewerItemsFile = QString::fromLocal8Bit(argv[++i]);
+        }
+        else if (argument == "--record-raw" && hasValue)
+        {
+            options.rawSessionFile = QString::fromLocal8Bit(argv[++i]);
         }
         else if (argument == "--variant" && hasValue)
         {
