@@ -269,7 +269,8 @@ TEST(EventsJsonTest, RecordedEventsReadBack)
         {"A", {}},
         {"QUOTE\"BACK\\SLASH", {{"TAB\tKEY", "line\nbreak"}, {"EMPTY", ""}}},
         {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f\x7f"}}},
-        {"NUL\0INSIDE"s, {{"EMOJI \xf0\x9f\x8e\xa5", "\0"s}, {"\xe4\xb8\xad", "\r\b\f"}}}};
+        {"NUL\0INSIDE"s, {{"EMOJI \xf0\x9f\x8e\xa5", "\0"s}, {"\xe4\xb8\xad", "\r\b\f"}}},
+        {"\xef\xbb\xbf" "BOM", {{"U+FEFF", "\xef\xbb\xbf\xef\xbb\xbfx\xef\xbb\xbf"}}}};
     QTemporaryDir dir;
     const QString path = dir.filePath("raw.jsonl");
     {

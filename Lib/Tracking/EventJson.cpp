@@ -52,9 +52,21 @@ void AppendJsonString(std::string& out, std::string_view text)
         const auto byte = static_cast<unsigned char>(text[i]);
         if (byte >= 0x80)
         {
-            // A run of non-ASCII bytes: kept when it is UTF-8, ill-formed parts replaced.
-            std::size_t end = i;
-            while (end < text.size() && static_cast<unsigned char>(text[end]) >= 0x80)
+            // U+FEFF is escaped: taken for a byte order mark, it is dropped by UTF-8 decoders at
+            // the start of their input (QString::fromUtf8 here, Qt's JSON reader at the start of
+            // a string).
+            static const std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+            if (text.substr(i, kByteOrderMark.size()) == kByteOrderMark)
+            {
+                out += "\\ufeff";
+                i += kByteOrderMark.size();
+                continue;
+            }
+            // A run of non-ASCII bytes up to the next U+FEFF: kept when it is UTF-8, ill-formed
+            // parts replaced.
+            std::size_t end = i + 1;
+            while (end < text.size() && static_cast<unsigned char>(text[end]) >= 0x80 &&
+                   text.substr(end, kByteOrderMark.size()) != kByteOrderMark)
             {
                 ++end;
             }
