@@ -15,7 +15,9 @@
 #include "Tracking/DebugKtTracker.h"
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
+#include "Tracking/AttachReport.h"
 #include "Tracking/GuiHandler.h"
+#include "Tracking/ObjectTree.h"
 #include "Tracking/IStatisticsManager.h"
 #include "Tracking/StatisticsManager.h"
 
