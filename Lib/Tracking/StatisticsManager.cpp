@@ -3,6 +3,7 @@
 #include "Tracking/CommonEventsTracker.h"
 #include "Tracking/Config/KtmStat.h"
 #include "Tracking/Fillers/FillerFactory.h"
+#include "Tracking/Gui/ReportMerge.h"
 #include "Tracking/GuiHandler.h"
 #include "Tracking/InstancesHandler.h"
 
@@ -16,8 +17,10 @@
 
 #include <algorithm>
 #include <ios>
+#include <optional>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace Velkor::KT::Tracking
 {
@@ -60,6 +63,9 @@ public:
     GuiHandler gui;
     InstancesHandler instances;
     std::unique_ptr<CommonEventsTracker> common;
+    // The host's report sink, and the reports of AttachAllTopLevelWindows() while it runs.
+    AttachReportSink reportSink;
+    std::optional<Gui::ReportMerge> allWindows;
 };
 
 StatisticsManager::StatisticsManager(
@@ -98,8 +104,34 @@ void StatisticsManager::SetConfig(const std::string& xml)
     }
 }
 
+void StatisticsManager::SetAttachReportSink(AttachReportSink sink)
+{
+    d->reportSink = std::move(sink);
+    if (!d->reportSink)
+    {
+        d->gui.SetAttachReportSink({});
+        return;
+    }
+    d->gui.SetAttachReportSink(
+        [d = d.get()](const AttachReport& report)
+        {
+            if (d->allWindows)
+            {
+                d->allWindows->Add(report);
+            }
+            else
+            {
+                d->reportSink(report);
+            }
+        });
+}
+
 void StatisticsManager::AttachAllTopLevelWindows()
 {
+    if (d->reportSink)
+    {
+        d->allWindows.emplace();
+    }
     std::set<QAction*> actions;
     for (QWidget* widget : QApplication::topLevelWidgets())
     {
@@ -107,9 +139,20 @@ void StatisticsManager::AttachAllTopLevelWindows()
         const auto widgetActions = widget->actions();
         actions.insert(widgetActions.begin(), widgetActions.end());
     }
+    const int windows = d->allWindows ? d->allWindows->Count() : 0;
     for (QAction* action : actions)
     {
         d->gui.Attach(action);
+    }
+    if (!d->allWindows)
+    {
+        return;
+    }
+    const Gui::ReportMerge merged = std::move(*d->allWindows);
+    d->allWindows.reset();
+    if (merged.Count() > 0)
+    {
+        d->reportSink(merged.Result(Gui::AllWindowsName(windows, merged.Count() - windows)));
     }
 }
 
