@@ -246,6 +246,13 @@ INSTANTIATE_TEST_SUITE_P(
                   "<ktmstat><gui><widget id='w'><combobox id='c'><current-index-changed-event "
                   "event='E' data='4294967296'/></combobox></widget></gui></ktmstat>",
                   "invalid int value '4294967296'"},
+        RejectRow{"FirstBadValueInDocumentOrder",
+                  "<ktmstat><gui><object id='o' idIsRoot='on'/><object id='p' idIsRoot='yes'/>"
+                  "</gui></ktmstat>",
+                  "invalid boolean value 'on'"},
+        RejectRow{"XmlErrorAfterABadValueWins",
+                  "<ktmstat><gui><object id='o' idIsRoot='yes'/></gui></ktmstat",
+                  "unterminated end tag 'ktmstat'"},
         RejectRow{"FilterRoot", "<filter/>", "expected element 'ktmstat' instead of 'filter'"},
         RejectRow{"RootInANamespace", "<ktmstat xmlns='urn:x'/>",
                   "expected element 'ktmstat' instead of 'urn:x#ktmstat'"},

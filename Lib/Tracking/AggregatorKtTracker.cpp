@@ -1,6 +1,7 @@
 #include "Tracking/AggregatorKtTracker.h"
 
 #include "Tracking/Config/Aggregator.h"
+#include "Tracking/Config/XercesSession.h"
 #include "Tracking/NotNull.h"
 #include "Tracking/RuleDocument.h"
 
@@ -62,6 +63,8 @@ public:
     }
 
     NotNull<IKtTracker> next;
+    // The documents given over the tracker's life share one initialisation of Xerces.
+    Config::Detail::XercesSession xerces;
     std::unique_ptr<A::Aggregator> document;
     std::mutex mutex;
     // Per main event, the properties of its last affecting event not yet delivered. Entries

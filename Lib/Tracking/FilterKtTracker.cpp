@@ -1,6 +1,7 @@
 #include "Tracking/FilterKtTracker.h"
 
 #include "Tracking/Config/Filter.h"
+#include "Tracking/Config/XercesSession.h"
 #include "Tracking/NotNull.h"
 #include "Tracking/RuleDocument.h"
 
@@ -195,6 +196,8 @@ public:
     }
 
     NotNull<IKtTracker> next;
+    // The documents given over the tracker's life share one initialisation of Xerces.
+    Config::Detail::XercesSession xerces;
     std::unique_ptr<F::Filter> document;
     std::mutex mutex;
     std::map<std::string, Event::Params> repeats;

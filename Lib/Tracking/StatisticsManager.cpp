@@ -2,6 +2,7 @@
 
 #include "Tracking/CommonEventsTracker.h"
 #include "Tracking/Config/KtmStat.h"
+#include "Tracking/Config/XercesSession.h"
 #include "Tracking/Fillers/FillerFactory.h"
 #include "Tracking/Gui/ReportMerge.h"
 #include "Tracking/GuiHandler.h"
@@ -58,6 +59,8 @@ public:
     // Kept for the lifetime of the manager: the host may rely on them.
     const std::shared_ptr<App::IProductSettingsManager> productSettings;
     const std::shared_ptr<App::IApplicationSettingsManager> applicationSettings;
+    // The documents given over the manager's life share one initialisation of Xerces.
+    Config::Detail::XercesSession xerces;
     // Members are destroyed in reverse: the exit event goes out while both handlers still exist.
     std::unique_ptr<Config::KtmStat> config;
     GuiHandler gui;

@@ -1,5 +1,5 @@
 // Build tool: reads one of the configuration schemas and writes the reading rules of its complex
-// types as C++ initialisers (see Config/DocumentReader.h), so the reader that runs before the
+// types as C++ initialisers (see Config/ReadingRules.h), so the reader that runs before the
 // generated object model follows the schema without a second hand-written copy of it.
 //
 //   KtSchemaRules <schema.xsd> <output.inc>
