@@ -88,6 +88,7 @@ case "$command" in
         ;;
     bench)
         "$build_dir/Bench/KtTrackingBench"
+        "$build_dir/Bench/KtTrackingInternalsBench"
         ;;
     *) usage ;;
 esac

@@ -1,9 +1,9 @@
 // The cost of the attach report: attaching the demo host's windows with and without it, and the
 // events of a hooked widget afterwards.
 
-#include "../Examples/DemoHost/HostServices.h"
-#include "../Examples/DemoHost/MainWindow.h"
-#include "../Examples/DemoHost/Recorder.h"
+#include "HostServices.h"
+#include "MainWindow.h"
+#include "Recorder.h"
 
 #include "Tracking/GuiHandler.h"
 #include "Tracking/Tracking.h"

@@ -4,9 +4,9 @@
 #include "ManagerStandIns.h"
 
 // The demo host's services and windows (Examples/DemoHost).
-#include "../Examples/DemoHost/HostServices.h"
-#include "../Examples/DemoHost/MainWindow.h"
-#include "../Examples/DemoHost/Recorder.h"
+#include "HostServices.h"
+#include "MainWindow.h"
+#include "Recorder.h"
 
 #include <benchmark/benchmark.h>
 

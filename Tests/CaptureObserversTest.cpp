@@ -1,7 +1,7 @@
 #include "InstancesTestSupport.h"
 
-#include "KT/ICaptureInfo.h"
-#include "KT/IConverter.h"
+#include "KT/CaptureInfo.h"
+#include "KT/Converter.h"
 #include "KT/InstanceRegistry.h"
 #include "Tracking/InstancesHandler.h"
 

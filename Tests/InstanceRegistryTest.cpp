@@ -1,7 +1,7 @@
 #include "Core/EventPublisher.h"
 #include "KT/ICaptureInfo.h"
-#include "KT/IScheduler.h"
 #include "KT/InstanceRegistry.h"
+#include "KT/Scheduler.h"
 #include "KT/Service/AbstractSharingManager.h"
 #include "KT/SettingsKinds.h"
 #include "Module/Editing/IVECommunicationObserver.h"

@@ -1,9 +1,9 @@
 #include "InstancesTestSupport.h"
 
-#include "KT/ICaptureInfo.h"
-#include "KT/IScheduler.h"
+#include "KT/CaptureInfo.h"
 #include "KT/InstanceRegistry.h"
-#include "KT/Service/AbstractSharingManager.h"
+#include "KT/Scheduler.h"
+#include "KT/Service/SharingManager.h"
 #include "KT/SettingsKinds.h"
 #include "Module/Editing/IVECommunicationObserver.h"
 #include "Tracking/InstancesHandler.h"

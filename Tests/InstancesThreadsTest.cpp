@@ -1,6 +1,6 @@
 #include "InstancesTestSupport.h"
 
-#include "KT/ICaptureInfo.h"
+#include "KT/CaptureInfo.h"
 #include "KT/InstanceRegistry.h"
 #include "KT/SettingsKinds.h"
 #include "Tracking/InstancesHandler.h"

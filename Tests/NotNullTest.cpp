@@ -1,3 +1,4 @@
+#include "Tracking/NotNull.h"
 #include "Tracking/Tracking.h"
 
 #include <gtest/gtest.h>

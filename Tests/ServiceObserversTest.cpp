@@ -1,13 +1,13 @@
 #include "InstancesTestSupport.h"
 
-#include "KT/AbstractScreenshotTakerWrapper.h"
-#include "KT/ICaptureMonitor.h"
-#include "KT/IDurationLimiter.h"
-#include "KT/IFileManager.h"
+#include "KT/CaptureMonitor.h"
+#include "KT/DurationLimiter.h"
+#include "KT/FileManager.h"
 #include "KT/InstanceRegistry.h"
-#include "KT/Service/IPaintingController.h"
-#include "KT/Service/ISelector.h"
-#include "KT/Service/ITutorialManager.h"
+#include "KT/ScreenshotTaker.h"
+#include "KT/Service/PaintingController.h"
+#include "KT/Service/Selector.h"
+#include "KT/Service/TutorialManager.h"
 #include "Tracking/InstancesHandler.h"
 
 #include <gtest/gtest.h>

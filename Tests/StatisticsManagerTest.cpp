@@ -6,8 +6,8 @@
 #include "App/ILaunchTypeProcessor.h"
 #include "App/LookAndFeelManager.h"
 #include "KT/ConvertationSettings.h"
-#include "KT/IScheduler.h"
 #include "KT/InstanceRegistry.h"
+#include "KT/Scheduler.h"
 #include "Tracking/StatisticsManager.h"
 
 #include <gtest/gtest.h>

@@ -1,13 +1,15 @@
 # Generation of the configuration object model from its XML Schemas.
 #
 # kt_tracking_add_config_model(<target> SCHEMAS <name> <c++ namespace> ... SCHEMA_DIR <dir>
-#                              OUTPUT_DIR <dir> [HEADERS_VARIABLE <variable>])
+#                              OUTPUT_DIR <dir> [HEADERS_VARIABLE <variable>]
+#                              [INCLUDES_FOR <targets>...])
 #
 # For each <name>.xsd in SCHEMA_DIR: the CodeSynthesis XSD tree mapping (<name>.hxx/.cxx) under
 # OUTPUT_DIR/Tracking/Config, exported with KT_TRACKING_EXPORT, and <name>Rules.inc, the reading
 # rules of its types (written by the KtSchemaRules build tool). OUTPUT_DIR becomes a SYSTEM
-# include directory of <target>: the generated code is third-party style and compiled without
-# warnings. HEADERS_VARIABLE receives the generated headers, relative to OUTPUT_DIR.
+# include directory of <target> and of each INCLUDES_FOR target: the generated code is
+# third-party style and compiled without warnings. HEADERS_VARIABLE receives the generated
+# headers, relative to OUTPUT_DIR.
 
 include_guard(GLOBAL)
 
@@ -21,7 +23,8 @@ if(NOT KT_XSD_INCLUDE_DIR)
 endif()
 
 function(kt_tracking_add_config_model target)
-    cmake_parse_arguments(ARG "" "SCHEMA_DIR;OUTPUT_DIR;HEADERS_VARIABLE" "SCHEMAS" ${ARGN})
+    cmake_parse_arguments(ARG "" "SCHEMA_DIR;OUTPUT_DIR;HEADERS_VARIABLE" "SCHEMAS;INCLUDES_FOR"
+        ${ARGN})
     set(gen "${ARG_OUTPUT_DIR}/Tracking/Config")
     file(MAKE_DIRECTORY "${gen}")
 
@@ -73,9 +76,11 @@ function(kt_tracking_add_config_model target)
     endforeach()
 
     target_sources(${target} PRIVATE ${generated})
-    target_include_directories(${target} SYSTEM PUBLIC
-        "$<BUILD_INTERFACE:${ARG_OUTPUT_DIR}>"
-        "$<BUILD_INTERFACE:${KT_XSD_INCLUDE_DIR}>")
+    foreach(user IN ITEMS ${target} ${ARG_INCLUDES_FOR})
+        target_include_directories(${user} SYSTEM PUBLIC
+            "$<BUILD_INTERFACE:${ARG_OUTPUT_DIR}>"
+            "$<BUILD_INTERFACE:${KT_XSD_INCLUDE_DIR}>")
+    endforeach()
     if(ARG_HEADERS_VARIABLE)
         set(${ARG_HEADERS_VARIABLE} ${headers} PARENT_SCOPE)
     endif()

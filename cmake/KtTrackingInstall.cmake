@@ -4,10 +4,15 @@
 # KT_TRACKING_INSTALL is on.
 #
 # Layout below the prefix (GNUInstallDirs):
-#   <libdir>/libKtTracking.so*, <libdir>/libKtHost.so*
+#   <libdir>/libKtTracking.so*, <libdir>/libKtHost.so*, <libdir>/libKtHostReference.so*
 #   <includedir>/KtTracking/    the include root: "Tracking/Tracking.h", "App/...", "HostExport.h"
 #   <datadir>/KtTracking/       KtmStat.xsd, Filter.xsd, Aggregator.xsd
-#   <libdir>/cmake/KtTracking/  KtTrackingConfig.cmake, ...ConfigVersion.cmake, ...Targets.cmake
+#   <libdir>/cmake/KtTracking/  KtTrackingConfig.cmake, ...ConfigVersion.cmake, ...Targets.cmake,
+#                               KtHostReferenceTargets.cmake
+#
+# Components: "Runtime" (the shared libraries), "Development" (headers, namelinks, schemas,
+# package) and "HostReference" (Kt::HostReference, its headers and its own targets file, which
+# the package loads when it is there).
 
 include_guard(GLOBAL)
 
@@ -37,10 +42,12 @@ if(KT_TRACKING_INSTALL AND NOT DEFINED CMAKE_INSTALL_RPATH)
     set(CMAKE_INSTALL_RPATH "$ORIGIN/${_kt_bin_to_lib}")
 endif()
 
-# kt_tracking_install_library(<target> EXPORT_NAME <name>)
+# kt_tracking_install_library(<target> EXPORT_NAME <name> [COMPONENT <component>])
 # Versions <target>, names it Kt::<name> in the package and adds it to the package's targets.
+# With COMPONENT, the library and its targets file Kt<component>Targets.cmake form an optional
+# component of the package of that name (one target per component, <component> = <name>).
 function(kt_tracking_install_library target)
-    cmake_parse_arguments(ARG "" "EXPORT_NAME" "" ${ARGN})
+    cmake_parse_arguments(ARG "" "EXPORT_NAME;COMPONENT" "" ${ARGN})
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${KT_TRACKING_SOVERSION}
@@ -52,36 +59,52 @@ function(kt_tracking_install_library target)
         # The libraries lie next to each other.
         set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
     endif()
+    if(ARG_COMPONENT)
+        set(export_set "Kt${ARG_COMPONENT}Targets")
+        set(runtime ${ARG_COMPONENT})
+        set(development ${ARG_COMPONENT})
+        set_property(GLOBAL APPEND PROPERTY KT_TRACKING_OPTIONAL_COMPONENTS ${ARG_COMPONENT})
+    else()
+        set(export_set KtTrackingTargets)
+        set(runtime Runtime)
+        set(development Development)
+    endif()
     install(TARGETS ${target}
-        EXPORT KtTrackingTargets
+        EXPORT ${export_set}
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-            COMPONENT Runtime
-            NAMELINK_COMPONENT Development
-        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT Development
-        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT Runtime
+            COMPONENT ${runtime}
+            NAMELINK_COMPONENT ${development}
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT ${development}
+        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT ${runtime}
         INCLUDES DESTINATION "${KT_TRACKING_INSTALL_INCLUDEDIR}")
 endfunction()
 
-# kt_tracking_install_headers(<root> <header>...)
+# kt_tracking_install_headers(<root> <header>... [COMPONENT <component>])
 # Installs each header, given relative to <root>, at the same relative place below the include
-# root, so that the include lines of consumers stay as they are in this source tree.
+# root, so that the include lines of consumers stay as they are in this source tree. The
+# component is "Development" unless told.
 function(kt_tracking_install_headers root)
+    cmake_parse_arguments(ARG "" "COMPONENT" "" ${ARGN})
     if(NOT KT_TRACKING_INSTALL)
         return()
     endif()
-    foreach(header IN LISTS ARGN)
+    if(NOT ARG_COMPONENT)
+        set(ARG_COMPONENT Development)
+    endif()
+    foreach(header IN LISTS ARG_UNPARSED_ARGUMENTS)
         get_filename_component(folder "${header}" DIRECTORY)
         install(FILES "${root}/${header}"
             DESTINATION "${KT_TRACKING_INSTALL_INCLUDEDIR}/${folder}"
-            COMPONENT Development)
+            COMPONENT ${ARG_COMPONENT})
     endforeach()
 endfunction()
 
-# kt_tracking_install_package(): the package files, after both libraries have been added.
+# kt_tracking_install_package(): the package files, after every library has been added.
 function(kt_tracking_install_package)
     if(NOT KT_TRACKING_INSTALL)
         return()
     endif()
+    get_property(KT_TRACKING_OPTIONAL_COMPONENTS GLOBAL PROPERTY KT_TRACKING_OPTIONAL_COMPONENTS)
     set(build "${PROJECT_BINARY_DIR}/package")
     configure_package_config_file(
         "${PROJECT_SOURCE_DIR}/cmake/KtTrackingConfig.cmake.in"
@@ -99,4 +122,11 @@ function(kt_tracking_install_package)
     install(FILES "${build}/KtTrackingConfig.cmake" "${build}/KtTrackingConfigVersion.cmake"
         DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
         COMPONENT Development)
+    foreach(component IN LISTS KT_TRACKING_OPTIONAL_COMPONENTS)
+        install(EXPORT Kt${component}Targets
+            NAMESPACE Kt::
+            FILE Kt${component}Targets.cmake
+            DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
+            COMPONENT ${component})
+    endforeach()
 endfunction()

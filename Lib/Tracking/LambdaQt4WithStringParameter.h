@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Tracking/TrackingExport.h"
-
 #include <QObject>
 #include <QString>
 
@@ -15,7 +13,7 @@ namespace Velkor::KT::Tracking
 // string each time its slot "execute(QString)" is invoked. The function is copied at construction;
 // an empty function makes the slot do nothing. Meant to be parented to whoever makes the
 // connections, so that it outlives its senders.
-class KT_TRACKING_EXPORT LambdaQt4WithStringParameter : public QObject
+class LambdaQt4WithStringParameter : public QObject
 {
     Q_OBJECT
 

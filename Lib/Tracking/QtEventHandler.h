@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Tracking/TrackingExport.h"
-
 #include <QEvent>
 #include <QObject>
 
@@ -21,7 +19,7 @@ namespace Velkor::KT::Tracking
 //
 // Events of types or objects without a registration cost one ordered lookup and allocate
 // nothing. GUI thread only.
-class KT_TRACKING_EXPORT QtEventHandler : public QObject
+class QtEventHandler : public QObject
 {
     Q_OBJECT
 

@@ -1,6 +1,8 @@
 #pragma once
 
-// Everything a host needs: the event record, the tracker interfaces and the exported trackers.
+// Everything a host needs: the event record, the tracker interfaces, the exported trackers and
+// handlers, the filler kinds and the configuration model the handlers take. What is not reached
+// from here is internal to the library and is neither exported nor installed.
 
 #include "Tracking/TrackingExport.h"
 
@@ -8,7 +10,6 @@
 #include "Tracking/EventText.h"
 #include "Tracking/IKtTracker.h"
 #include "Tracking/IKtTrackingEndpoint.h"
-#include "Tracking/NotNull.h"
 
 #include "Tracking/AggregatorKtTracker.h"
 #include "Tracking/AppCoreKtTracker.h"
@@ -22,12 +23,10 @@
 #include "Tracking/StatisticsManager.h"
 
 #include "Tracking/InstancesHandler.h"
-#include "Tracking/LambdaQt4WithStringParameter.h"
-#include "Tracking/QtEventHandler.h"
 
 #include "Tracking/Fillers/FillerTypes.h"
 
-#include "Tracking/ConfigLoader.h"
 #include "Tracking/Config/Aggregator.h"
 #include "Tracking/Config/Filter.h"
 #include "Tracking/Config/KtmStat.h"
+#include "Tracking/ConfigLoader.h"
