@@ -36,7 +36,7 @@ class Gui;
 // does not fit the object tree: entries that find nothing are skipped. To see what an attach made
 // of each entry, register a report sink (SetAttachReportSink()), or switch on verbose logging at
 // level 1 (problems and a summary per attach) or 2 (the whole report), for example with
-// --vmodule=GuiHandler=2.
+// GLOG_vmodule=GuiHandler=2.
 class KT_TRACKING_EXPORT GuiHandler
 {
 public:
