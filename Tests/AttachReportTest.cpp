@@ -311,6 +311,21 @@ TEST(AttachReportEventsTest, HooksMadeTwiceSendAsTheReportSays)
               (std::vector<std::string>{"OK", "OK", "QUIT", "QUIT", "ABOUT_SHOWN"}));
 }
 
+// A window attached by itself, when it gets its native window, is reported like any other.
+TEST(AttachReportAutoTest, NewWindowAttachedByItselfIsReported)
+{
+    const Section section = Read(Document(kCorrect));
+    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
+    handler.SetConfig(*section.model->gui(), section.lines);
+    std::vector<AttachReport> reports;
+    handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
+    Windows windows;
+    windows.main.show();
+    ASSERT_EQ(reports.size(), 1u);
+    EXPECT_EQ(reports.front().AttachedTo(), "'MainWindow'");
+    EXPECT_EQ(reports.front().UnmatchedCount(), 1);  // the action, attached on its own
+}
+
 // Without a sink, the findings go to the verbose log, and only when it is switched on.
 TEST(AttachReportLogTest, FindingsGoToTheVerboseLogWhenItIsOn)
 {
