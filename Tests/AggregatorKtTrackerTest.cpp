@@ -14,6 +14,7 @@
 using Velkor::KT::Tracking::AggregatorKtTracker;
 using Velkor::KT::Tracking::Event;
 using Velkor::KT::Tracking::FilterKtTracker;
+using Velkor::KT::Tracking::IRuleTraceListener;
 using Velkor::KT::Tracking::LoadConfigFromQrc;
 
 namespace
@@ -66,6 +67,11 @@ TEST_P(AggregatorTest, MergesCausesIntoTheNextMainEvent)
     stage.aggregator->SetConfig(text);
     ASSERT_TRUE(log.Messages().empty()) << log.Messages().front();
     EXPECT_EQ(stage.Run(row.input), row.expected);
+
+    Stage traced;
+    traced.aggregator->SetTraceListener(std::make_shared<IRuleTraceListener>());
+    traced.aggregator->SetConfig(text);
+    EXPECT_EQ(traced.Run(row.input), row.expected) << "with a trace listener";
 }
 
 const std::string kMainFirst =

@@ -4,6 +4,9 @@
 
 #include "MachineValues.h"
 
+#include "Support/RecordingTracker.h"
+#include "Tracking/Tracking.h"
+
 #include <gtest/gtest.h>
 
 #include <QColor>
@@ -211,6 +214,72 @@ INSTANTIATE_TEST_SUITE_P(
                                false},
                     SessionRow{"ShownOnXServer", "first", "DemoSession.expected", true}),
     [](const testing::TestParamInfo<SessionRow>& info) { return std::string(info.param.label); });
+
+// Events of a JSON Lines file as the recording stage writes them.
+std::vector<Velkor::KT::Tracking::Event> ReadJsonLines(const QString& path)
+{
+    std::vector<Velkor::KT::Tracking::Event> events;
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    while (!file.atEnd())
+    {
+        const QJsonObject line = QJsonDocument::fromJson(file.readLine()).object();
+        auto& event = events.emplace_back();
+        event.name = line.value("name").toString().toStdString();
+        const QJsonObject params = line.value("params").toObject();
+        for (auto it = params.begin(); it != params.end(); ++it)
+        {
+            event.params[it.key().toStdString()] = it.value().toString().toStdString();
+        }
+    }
+    return events;
+}
+
+// The raw session the demo records before its filter: replayed through the shipped documents it
+// delivers exactly what the demo printed, and, machine facts aside, it is the session recorded in
+// Tests/Data/DemoSessionRaw.jsonl, which the rule tools' tests replay.
+TEST(DemoRawSessionTest, ReplaysIntoWhatTheDemoDeliveredAndIsTheRecordedOne)
+{
+    using namespace Velkor::KT::Tracking;
+    QTemporaryDir work;
+    ASSERT_TRUE(work.isValid());
+    QProcess demo;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    demo.setProcessEnvironment(environment);
+    demo.setWorkingDirectory(work.path());
+    demo.start(KT_DEMO_HOST,
+               {"--data-dir", "DATA", "--record-raw", "raw.jsonl", "--machine-values"});
+    ASSERT_TRUE(demo.waitForFinished(240000)) << "the demo did not end";
+    ASSERT_EQ(demo.exitCode(), 0) << demo.readAllStandardError().toStdString();
+    const auto printed = SplitEvents(demo.readAllStandardOutput().toStdString());
+
+    const auto raw = ReadJsonLines(work.filePath("raw.jsonl"));
+    const auto delivered = std::make_shared<KtTest::RecordingTracker>();
+    const auto aggregator = std::make_shared<AggregatorKtTracker>(delivered);
+    aggregator->SetConfig(LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
+    FilterKtTracker filter(aggregator);
+    filter.SetConfig(LoadConfigFromQrc("/KT/Tracking/FilterConfig.xml"));
+    for (const Event& event : raw)
+    {
+        filter.Track(event);
+    }
+    std::vector<std::string> replayed;
+    for (const Event& event : delivered->Events())
+    {
+        replayed.push_back(EventText(event));
+    }
+    EXPECT_EQ(replayed, printed) << "first difference: " << FirstDifference(replayed, printed);
+
+    const auto recorded = ReadJsonLines(KT_DEMO_DATA "/DemoSessionRaw.jsonl");
+    ASSERT_EQ(raw.size(), recorded.size());
+    for (std::size_t i = 0; i < raw.size(); ++i)
+    {
+        EXPECT_EQ(Velkor::Demo::MaskMachineValues(EventText(raw[i])),
+                  Velkor::Demo::MaskMachineValues(EventText(recorded[i])))
+            << "event #" << i + 1;
+    }
+}
 
 struct MaskRow
 {

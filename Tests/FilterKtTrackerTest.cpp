@@ -13,6 +13,7 @@
 
 using Velkor::KT::Tracking::Event;
 using Velkor::KT::Tracking::FilterKtTracker;
+using Velkor::KT::Tracking::IRuleTraceListener;
 using Velkor::KT::Tracking::LoadConfigFromQrc;
 
 
@@ -63,6 +64,11 @@ TEST_P(ShippedFilterTest, RewritesAsTheRulesSay)
     stage.filter->SetConfig(text);
     ASSERT_TRUE(log.Messages().empty()) << log.Messages().front();
     EXPECT_EQ(stage.Run(row.input), row.expected);
+
+    Stage traced;
+    traced.filter->SetTraceListener(std::make_shared<IRuleTraceListener>());
+    traced.filter->SetConfig(text);
+    EXPECT_EQ(traced.Run(row.input), row.expected) << "with a trace listener";
 }
 
 const char kFull[] = "/KT/Tracking/FilterConfig.xml";
@@ -239,6 +245,11 @@ TEST_P(FilterRuleTest, RewritesAsTheRulesSay)
     stage.filter->SetConfig(row.document);
     ASSERT_TRUE(log.Messages().empty()) << log.Messages().front();
     EXPECT_EQ(stage.Run(row.input), row.expected);
+
+    Stage traced;
+    traced.filter->SetTraceListener(std::make_shared<IRuleTraceListener>());
+    traced.filter->SetConfig(row.document);
+    EXPECT_EQ(traced.Run(row.input), row.expected) << "with a trace listener";
 }
 
 Event E(const std::string& value)

@@ -4,6 +4,7 @@
 #include "EventDiff.h"
 #include "EventsJson.h"
 #include "KtTrack.h"
+#include "ReplayCommand.h"
 #include "Report.h"
 #include "RuleChecks.h"
 #include "RuleDocument.h"
@@ -11,16 +12,23 @@
 #include "ToolError.h"
 
 #include "Tracking/ConfigLoader.h"
+#include "Tracking/EventJson.h"
+#include "Tracking/RecordingKtTracker.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <iostream>
 #include <memory>
 #include <ostream>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -33,6 +41,12 @@ namespace
 {
 
 const std::string kConfigDir = SOURCE_CONFIG_DIR;
+
+class Discard : public Velkor::KT::Tracking::IKtTracker
+{
+public:
+    void Track(const Event&) override {}
+};
 
 struct Outcome
 {
@@ -247,19 +261,26 @@ TEST(MalformedInputTest, CommandExitsWithTwoAndTheLine)
     EXPECT_NE(run.err.find("<stdin>:3: "), std::string::npos) << run.err;
 }
 
-// Texts that need escaping come back unchanged.
-TEST(EventsJsonTest, WrittenEventsReadBack)
+// What the recording stage writes comes back unchanged, texts that need escaping included.
+TEST(EventsJsonTest, RecordedEventsReadBack)
 {
+    using namespace std::string_literals;
     const std::vector<Event> events{
         {"A", {}},
         {"QUOTE\"BACK\\SLASH", {{"TAB\tKEY", "line\nbreak"}, {"EMPTY", ""}}},
-        {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f"}}}};
-    QByteArray lines;
-    for (const Event& event : events)
+        {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f\x7f"}}},
+        {"NUL\0INSIDE"s, {{"EMOJI \xf0\x9f\x8e\xa5", "\0"s}, {"\xe4\xb8\xad", "\r\b\f"}}}};
+    QTemporaryDir dir;
+    const QString path = dir.filePath("raw.jsonl");
     {
-        lines += QByteArray::fromStdString(Tool::EventJson(event)) + '\n';
+        Velkor::KT::Tracking::RecordingKtTracker recorder(std::make_shared<Discard>(), path);
+        for (const Event& event : events)
+        {
+            recorder.Track(event);
+        }
     }
-    const std::vector<Tool::NumberedEvent> read = Tool::ParseEvents(lines, "x");
+    const std::vector<Tool::NumberedEvent> read =
+        Tool::ParseEvents(Tool::ReadInput(path.toStdString(), std::cin), "x");
     ASSERT_EQ(read.size(), events.size());
     for (std::size_t i = 0; i < events.size(); ++i)
     {
@@ -580,6 +601,278 @@ TEST(CheckTest, WarningsFailOnlyWithWerror)
     EXPECT_EQ(KtTrack({"check", "--werror", main, "+", filter}).code, 0);
 }
 
+// ---- the rule author's workbench: explain, coverage, diff ------------------------------------
+
+const std::string kFilter = kConfigDir + "/FilterConfig.xml";
+const std::string kAggregator = kConfigDir + "/AggregatorConfig.xml";
+const std::string kRawSession = std::string(KT_TEST_DATA) + "/DemoSessionRaw.jsonl";
+
+std::string ReadText(const std::string& path)
+{
+    QFile file(QString::fromStdString(path));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path;
+    return file.readAll().toStdString();
+}
+
+// Replaces each "@F(MARK|MARK...)" and "@A(...)" by "FILE:LINE" of the shipped filter or
+// aggregator document: the line of the last MARK, each searched after the one before.
+std::string Expand(std::string text)
+{
+    for (std::size_t at = text.find('@'); at != std::string::npos; at = text.find('@', at))
+    {
+        const std::string& path = text[at + 1] == 'F' ? kFilter : kAggregator;
+        const std::string document = ReadText(path);
+        const std::size_t end = text.find(')', at);
+        std::size_t found = 0;
+        std::istringstream marks(text.substr(at + 3, end - at - 3));
+        for (std::string mark; std::getline(marks, mark, '|');)
+        {
+            found = document.find(mark, found);
+            EXPECT_NE(found, std::string::npos) << mark;
+        }
+        const std::string where = path + ":" + std::to_string(LineOf(document, found));
+        text.replace(at, end + 1 - at, where);
+        at += where.size();
+    }
+    return text;
+}
+
+struct ExplainRow
+{
+    const char* label;
+    std::string events;
+    std::string explanation;  // with @F(...) and @A(...) for the rules' FILE:LINE
+};
+
+void PrintTo(const ExplainRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class ExplainTest : public testing::TestWithParam<ExplainRow>
+{
+};
+
+// The road of each event as the stages report it, each step at the line of the rule that made it;
+// the JSON form tells the same steps at the same places.
+TEST_P(ExplainTest, NamesEachRuleThatActed)
+{
+    const ExplainRow& row = GetParam();
+    const std::vector<std::string> args{"replay",       "--explain", "--filter", kFilter,
+                                        "--aggregator", kAggregator, "-"};
+    const Outcome text = KtTrack(args, row.events);
+    EXPECT_EQ(text.code, 0) << text.err;
+    EXPECT_EQ(text.out, Expand(row.explanation));
+
+    // The second event alone, after the first has run.
+    std::vector<std::string> lineArgs = args;
+    lineArgs.insert(lineArgs.end() - 1, {"--line", "2"});
+    const std::size_t second = text.out.find("<stdin>:2:");
+    EXPECT_EQ(KtTrack(lineArgs, row.events).out,
+              text.out.substr(second, text.out.find("\n\n", second) + 2 - second));
+
+    std::vector<std::string> textPlaces;
+    std::istringstream lines(text.out);
+    for (std::string line; std::getline(lines, line);)
+    {
+        if (line.rfind("  " + kConfigDir, 0) == 0)
+        {
+            textPlaces.push_back(line.substr(2, line.find(": ") - 2));
+        }
+    }
+    std::vector<std::string> jsonPlaces;
+    std::vector<std::string> jsonArgs = args;
+    jsonArgs.insert(jsonArgs.end() - 1, {"--format", "jsonl"});
+    const Outcome json = KtTrack(jsonArgs, row.events);
+    for (const QByteArray& line : QByteArray::fromStdString(json.out).split('\n'))
+    {
+        for (const QJsonValue step :
+             QJsonDocument::fromJson(line).object().value("steps").toArray())
+        {
+            jsonPlaces.push_back(step.toObject().value("at").toString().toStdString());
+        }
+    }
+    EXPECT_EQ(jsonPlaces, textPlaces);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ShippedRules, ExplainTest,
+    testing::Values(
+        // The stop button's cause is held back; the stop is classified by three rules of its
+        // block and then takes the cause's method.
+        ExplainRow{"HeldCauseClassifiedStopMergedMethod",
+                   R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}}
+{"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880", "AUDIO_SOURCES": ""}}
+)",
+                   R"(<stdin>:1: BUTTON_CAPTURE_STOP_EVENT {"METHOD":"BUTTON"}
+  filter: no block applies
+  @A(<event event="CAPTURE_STOP">|>BUTTON_CAPTURE_STOP_EVENT<): aggregator: held as a cause of "CAPTURE_STOP": {"METHOD":"BUTTON"}
+  => held back by the aggregator
+
+<stdin>:2: CAPTURE_STOP {"AUDIO_SOURCES":"","DURATION":"90","FILE_SIZE":"5242880"}
+  @F(<event event="CAPTURE_STOP">): filter block "CAPTURE_STOP" applies
+  @F(<event event="CAPTURE_STOP">|<inRange to="120">):   param "DURATION" = "90": inRange to="120" matches
+  @F(<event event="CAPTURE_STOP">|"UP_TO_2_MIN"):     addParam "DURATION_ID": absent -> "UP_TO_2_MIN"
+  @F(<event event="CAPTURE_STOP">|<param key="AUDIO_SOURCES">|<equal value="">):   param "AUDIO_SOURCES" = "": equal value="" matches
+  @F(<event event="CAPTURE_STOP">|<param key="AUDIO_SOURCES">|<setValue value="OFF"/>):     setValue "AUDIO_SOURCES": "" -> "OFF"
+  @F(<event event="CAPTURE_STOP">|<inRange to="10485760">):   param "FILE_SIZE" = "5242880": inRange to="10485760" matches
+  @F(<event event="CAPTURE_STOP">|"1_10_MB"):     addParam "FILE_SIZE_PRESET": absent -> "1_10_MB"
+  @A(<event event="CAPTURE_STOP">): aggregator: main event "CAPTURE_STOP", merges its held cause
+  @A(<event event="CAPTURE_STOP">):   "METHOD": absent -> "BUTTON"
+  => delivered CAPTURE_STOP {"AUDIO_SOURCES":"OFF","DURATION":"90","DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB","METHOD":"BUTTON"}
+
+)"},
+        // The hot key is renamed, loses its id, gains its method and is held for both main
+        // events that share it; the repeat memory lets a window pass once.
+        ExplainRow{"RenamedHotkeyHeldTwiceWindowRepeatDropped",
+                   R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "takeScreenshot"}}
+{"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
+{"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
+)",
+                   R"(<stdin>:1: HOTKEY_TRIGGERED {"HOTKEY_ID":"takeScreenshot"}
+  @F(<event event="HOTKEY_TRIGGERED">): filter block "HOTKEY_TRIGGERED" applies
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">):   param "HOTKEY_ID" = "takeScreenshot": equal value="takeScreenshot" matches
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">|<modParam):     modParam "METHOD": absent -> "HOTKEY_CAPTURING"
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">|<modEvent):     modEvent: "HOTKEY_TRIGGERED" -> "HOTKEY_TAKE_SCREENSHOT_EVENT"
+  @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">|<delParam):     delParam "HOTKEY_ID": "takeScreenshot" -> deleted
+  @A(<event event="SCREENSHOT_SAVE">|>HOTKEY_TAKE_SCREENSHOT_EVENT<): aggregator: held as a cause of "SCREENSHOT_SAVE": {"METHOD":"HOTKEY_CAPTURING"}
+  @A(<event event="SCREENSHOT_ERROR">|>HOTKEY_TAKE_SCREENSHOT_EVENT<): aggregator: held as a cause of "SCREENSHOT_ERROR": {"METHOD":"HOTKEY_CAPTURING"}
+  => held back by the aggregator
+
+<stdin>:2: SHOW_WINDOW {"WINDOW":"MAIN"}
+  @F(<event event="SHOW_WINDOW">): filter block "SHOW_WINDOW" applies
+  @F(<event event="SHOW_WINDOW">|<any>):   param "WINDOW" = "MAIN": any matches
+  @F(<event event="SHOW_WINDOW">|<skipEvent):     skipEvent skipFullRepeats: not a repeat of the last "SHOW_WINDOW": remembered, passes
+  aggregator: names no such event
+  => delivered SHOW_WINDOW {"WINDOW":"MAIN"}
+
+<stdin>:3: SHOW_WINDOW {"WINDOW":"MAIN"}
+  @F(<event event="SHOW_WINDOW">): filter block "SHOW_WINDOW" applies
+  @F(<event event="SHOW_WINDOW">|<any>):   param "WINDOW" = "MAIN": any matches
+  @F(<event event="SHOW_WINDOW">|<skipEvent):     skipEvent skipFullRepeats: the same properties as the last "SHOW_WINDOW" that passed: dropped
+  => dropped by the filter
+
+)"}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+// `text` without the element whose tag begins on `line`.
+std::string WithoutElementAt(const std::string& text, int line)
+{
+    std::size_t begin = 0;
+    for (int i = 1; i < line; ++i)
+    {
+        begin = text.find('\n', begin) + 1;
+    }
+    begin = text.find('<', begin);
+    const std::string name = text.substr(begin + 1, text.find_first_of(" />", begin) - begin - 1);
+    const std::size_t close = text.find('>', begin);
+    const std::size_t end =
+        text[close - 1] == '/' ? close + 1 : text.find("</" + name + ">", begin) + name.size() + 3;
+    return text.substr(0, begin) + text.substr(end);
+}
+
+// Coverage is checked against what each rule does: the demo's recorded raw session through the
+// shipped documents, one matcher or aggregator entry deleted at a time. A rule that never fired
+// leaves the delivered stream as it is; one that fired changes it, unless all it does is write
+// what is already there.
+TEST(CoverageTest, DemoSessionFiresExactlyTheRulesThatShapeWhatItDelivers)
+{
+    const Outcome run = KtTrack({"coverage", kFilter, kAggregator, kRawSession});
+    ASSERT_EQ(run.code, 0) << run.err;
+    const std::vector<Event> session = []
+    {
+        std::vector<Event> events;
+        for (auto& numbered :
+             Tool::ParseEvents(QByteArray::fromStdString(ReadText(kRawSession)), "s"))
+        {
+            events.push_back(numbered.event);
+        }
+        return events;
+    }();
+    const std::string filter = ReadText(kFilter);
+    const std::string aggregator = ReadText(kAggregator);
+    const std::vector<Event> delivered = Tool::Replay(session, &filter, &aggregator);
+    // Fired, but writes only what the demo's events already hold: NOISE_CONTROL "YES" -> "YES".
+    const std::string noEffect = "param \"NOISE_CONTROL\" equal value=\"YES\"";
+
+    int checked = 0;
+    int fired = 0;
+    std::string param;  // the param rule or main event the rows below belong to
+    int mainCount = 0;
+    std::istringstream rows(run.out);
+    for (std::string row; std::getline(rows, row) && !row.empty();)
+    {
+        // FILE:LINE: COUNT WHAT, WHAT indented by depth.
+        const std::size_t colon = row.find(": ");
+        const std::string place = row.substr(0, colon);
+        const std::size_t lineAt = place.rfind(':');
+        const int line = std::stoi(place.substr(lineAt + 1));
+        const std::size_t countAt = row.find_first_not_of(' ', colon + 1);
+        const std::size_t whatAt = row.find(' ', countAt);
+        const int count = std::stoi(row.substr(countAt, whatAt - countAt));
+        const std::string what = row.substr(row.find_first_not_of(' ', whatAt));
+        const bool isFilter = place.substr(0, lineAt) == kFilter;
+        if (what.rfind("param ", 0) == 0 || what.rfind("main ", 0) == 0)
+        {
+            param = what;
+            mainCount = count;
+        }
+        if (what.rfind("block ", 0) == 0 || what.rfind("param ", 0) == 0)
+        {
+            continue;  // what they do is their matchers'
+        }
+        const std::string edited = WithoutElementAt(isFilter ? filter : aggregator, line);
+        const std::vector<Event> without = isFilter ? Tool::Replay(session, &edited, &aggregator)
+                                                    : Tool::Replay(session, &filter, &edited);
+        ++checked;
+        fired += count > 0;
+        // A cause held for a main event that never comes is never delivered with it.
+        const bool observable =
+            param + " " + what != noEffect && !(what.rfind("affecting ", 0) == 0 && mainCount == 0);
+        if (count == 0)
+        {
+            EXPECT_TRUE(without == delivered) << "never fired, yet it matters: " << row;
+        }
+        else if (observable)
+        {
+            EXPECT_TRUE(without != delivered) << "fired, yet nothing changes without it: " << row;
+        }
+    }
+    EXPECT_EQ(checked, 130 + 7 + 35);  // matchers, main events, affecting events
+    EXPECT_GT(fired, 50);
+}
+
+// A changed range of the filter moves exactly the one recorded stop whose size lies between
+// the old and the new bound into the next bucket.
+TEST(DiffTest, ChangedRangeShowsExactlyTheChangedBucket)
+{
+    QTemporaryDir dir;
+    std::string changed = ReadText(kFilter);
+    const std::string range = "<inRange to=\"104857600\">";
+    changed.replace(changed.find(range), range.size(), "<inRange to=\"40000000\">");
+    const std::string newer = Write(dir, "NewFilter.xml", changed);
+
+    const Outcome run =
+        KtTrack({"diff", "--changed-only", "--old", kFilter, "--new", newer, kRawSession});
+    EXPECT_EQ(run.code, 1) << run.err;
+    const std::string session = ReadText(kRawSession);
+    const std::string at =
+        kRawSession + ":" + std::to_string(LineOf(session, session.find("\"45625000\"")));
+    // Columns aside.
+    std::string rows = run.out.substr(run.out.find("\n\n") + 2);
+    rows = rows.substr(0, rows.find("\n\n") + 1);
+    rows = QString::fromStdString(rows).simplified().toStdString();
+    EXPECT_EQ(rows, at + " CAPTURE_STOP | CAPTURE_STOP \"FILE_SIZE_PRESET\": \"10_100_MB\" -> "
+                         "\"100_MB_1_GB\"");
+    EXPECT_NE(run.out.find("\n1 of 108 session events are delivered differently"),
+              std::string::npos)
+        << run.out;
+    EXPECT_NE(run.out.find("gained: none\nlost: none\nrenamed: none\n"
+                           "properties changed: 1 (\"FILE_SIZE_PRESET\" 1)\n"),
+              std::string::npos)
+        << run.out;
+}
+
 // ---- the executable --------------------------------------------------------------------------
 
 struct ProcessRow
@@ -629,7 +922,17 @@ INSTANTIATE_TEST_SUITE_P(
         ProcessRow{"CheckShippedSet",
                    {"check", "@/Config.xml", "@/FilterConfig.xml", "@/AggregatorConfig.xml"},
                    0},
-        ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2}),
+        ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2},
+        ProcessRow{"ReplayLineWithoutExplain", {"replay", "--line", "2", "-"}, 2},
+        ProcessRow{"CoverageNoSession", {"coverage", "@/FilterConfig.xml"}, 2},
+        ProcessRow{"CoverageMainDocument", {"coverage", "@/Config.xml", "-"}, 2},
+        ProcessRow{"CoverageRequireAllUnfired",
+                   {"coverage", "--require-all", "@/FilterConfig.xml", "-"},
+                   1},
+        ProcessRow{"DiffSameRules",
+                   {"diff", "--old", "@/FilterConfig.xml", "--new", "@/FilterConfig.xml", "-"},
+                   0},
+        ProcessRow{"DiffNoNewRules", {"diff", "--old", "@/FilterConfig.xml", "-"}, 2}),
     [](const auto& info) { return std::string(info.param.label); });
 
 }  // namespace

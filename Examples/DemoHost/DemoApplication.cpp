@@ -134,9 +134,19 @@ int RunDemo(const DemoOptions& options)
     aggregator->SetConfig(LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
     auto filter = std::make_shared<FilterKtTracker>(aggregator);
     filter->SetConfig(LoadConfigFromQrc(documents.filter));
+    std::shared_ptr<IKtTracker> head = filter;
+    if (!options.rawSessionFile.isEmpty())
+    {
+        auto recorder = std::make_shared<RecordingKtTracker>(filter, options.rawSessionFile);
+        if (!recorder->IsRecording())
+        {
+            return 1;
+        }
+        head = recorder;
+    }
 
     auto manager = std::make_unique<StatisticsManager>(
-        filter, services.lookAndFeel, services.productSettingsManager, services.applicationSettings,
+        head, services.lookAndFeel, services.productSettingsManager, services.applicationSettings,
         services.launchType, services.crashTracker, services.convertationSettings,
         std::vector<FillerTypes>{FillerTypes::Accelerators, FillerTypes::HyperPass,
                                  FillerTypes::AppLanguage, FillerTypes::CountryName,

@@ -20,6 +20,8 @@ struct DemoOptions
     QString viewerItemsFile;
     // Writes the object trees of all windows at exit, as JSON (for kttrack match).
     QString treeFile;
+    // Records every event at the head of the chain, before the filter, as JSON Lines.
+    QString rawSessionFile;
     // Prints machine facts as they are instead of "<machine>".
     bool machineValues = false;
     // "first": Config.xml and FilterConfig.xml; "second": ConfigGACA.xml and FilterConfigGACA.xml.

@@ -14,6 +14,8 @@
 //   --viewer-items FILE     writes the viewer's items to FILE at exit
 //   --dump-tree FILE        writes the object trees of all windows to FILE at exit, as JSON, for
 //                           kttrack match
+//   --record-raw FILE       records every event before the rules touch it to FILE, as JSON Lines
+//                           (kttrack replay, coverage and diff read it)
 //   --machine-values        prints machine facts (system, hardware, screens, acceleration,
 //                           country, bitness) as they are; by default they print as <machine>
 //                           so the printout is the same everywhere. The analytics file always
@@ -35,8 +37,7 @@ int Usage()
 {
     std::cerr << "usage: KtDemoHost [--interactive [--script] [--screenshot FILE]]"
                  " [--data-dir DIR] [--variant first|second] [--viewer-items FILE]"
-                 " [--dump-tree FILE]"
-                 " [--machine-values]\n";
+                 " [--dump-tree FILE] [--record-raw FILE] [--machine-values]\n";
     return 2;
 }
 
@@ -76,6 +77,10 @@ int main(int argc, char** argv)
         else if (argument == "--dump-tree" && hasValue)
         {
             options.treeFile = QString::fromLocal8Bit(argv[++i]);
+        }
+        else if (argument == "--record-raw" && hasValue)
+        {
+            options.rawSessionFile = QString::fromLocal8Bit(argv[++i]);
         }
         else if (argument == "--variant" && hasValue)
         {

@@ -26,40 +26,77 @@ public:
         {
             return w;
         }
+        if (trace)
+        {
+            trace->AggregatorStarted(w);
+        }
         bool holdBack = false;
+        int index = -1;
         for (const auto& block : document->event())
         {
+            ++index;
             const std::string& mainName = block.event();
             if (mainName == w.name)
             {
                 const auto held = pending.find(mainName);
-                if (held != pending.end() && !held->second.empty())
+                const bool merging = held != pending.end() && !held->second.empty();
+                if (trace)
+                {
+                    trace->AggregatorMainEvent(index, merging);
+                }
+                if (merging)
                 {
                     // The cause's properties win over the main event's own.
                     for (const auto& [key, value] : held->second)
                     {
+                        if (trace)
+                        {
+                            TraceMerge(index, key, value, w);
+                        }
                         w.params[key] = value;
                     }
                     held->second.clear();
                 }
                 continue;
             }
-            for (const auto& affecting : block.affectingEventName())
+            int affecting = 0;
+            for (const auto& name : block.affectingEventName())
             {
-                if (affecting == w.name)
+                if (name == w.name)
                 {
                     // The last cause wins: an earlier, unconsumed set is replaced.
-                    pending[mainName] = w.params;
+                    Event::Params& slot = pending[mainName];
+                    if (trace)
+                    {
+                        const Event::Params discarded = std::move(slot);
+                        slot = w.params;
+                        trace->AggregatorHeld(index, affecting, slot, discarded);
+                    }
+                    else
+                    {
+                        slot = w.params;
+                    }
                     holdBack = true;
                     break;
                 }
+                ++affecting;
             }
         }
         if (holdBack)
         {
             w.name.clear();
         }
+        if (trace)
+        {
+            trace->AggregatorFinished(w);
+        }
         return w;
+    }
+
+    void TraceMerge(int block, const std::string& key, const std::string& value, const Event& w)
+    {
+        const auto own = w.params.find(key);
+        trace->AggregatorMerged(block, key, own == w.params.end() ? nullptr : &own->second, value);
     }
 
     NotNull<IKtTracker> next;
@@ -70,6 +107,7 @@ public:
     // Per main event, the properties of its last affecting event not yet delivered. Entries
     // are emptied when consumed, never removed.
     std::map<std::string, Event::Params> pending;
+    std::shared_ptr<IRuleTraceListener> trace;
 };
 
 AggregatorKtTracker::AggregatorKtTracker(const std::shared_ptr<IKtTracker>& next)
@@ -88,6 +126,15 @@ void AggregatorKtTracker::SetConfig(const std::string& config)
     }
     std::lock_guard<std::mutex> lock(d->mutex);
     d->document = std::move(parsed);
+}
+
+void AggregatorKtTracker::SetTraceListener(const std::shared_ptr<IRuleTraceListener>& listener)
+{
+    std::shared_ptr<IRuleTraceListener> previous = listener;
+    {
+        std::lock_guard<std::mutex> lock(d->mutex);
+        d->trace.swap(previous);
+    }
 }
 
 void AggregatorKtTracker::Track(const Event& event)

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <map>
 #include <mutex>
+#include <optional>
 
 #include <locale.h>
 
@@ -28,10 +29,12 @@ bool ReadNumber(const std::string& text, double& number)
 {
 #ifdef _WIN32
     static const _locale_t cLocale = _create_locale(LC_NUMERIC, "C");
-    const auto toDouble = [](const char* begin, char** end) { return _strtod_l(begin, end, cLocale); };
+    const auto toDouble = [](const char* begin, char** end)
+    { return _strtod_l(begin, end, cLocale); };
 #else
     static const locale_t cLocale = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(nullptr));
-    const auto toDouble = [](const char* begin, char** end) { return strtod_l(begin, end, cLocale); };
+    const auto toDouble = [](const char* begin, char** end)
+    { return strtod_l(begin, end, cLocale); };
 #endif
     const char* begin = text.c_str();
     char* end = nullptr;
@@ -56,7 +59,8 @@ bool Passes(const F::MatcherEqual& m, const std::string& value)
 bool Passes(const F::MatcherStartsWith& m, const std::string& value)
 {
     const std::string& prefix = m.value();
-    const bool starts = value.size() >= prefix.size() && value.compare(0, prefix.size(), prefix) == 0;
+    const bool starts =
+        value.size() >= prefix.size() && value.compare(0, prefix.size(), prefix) == 0;
     return starts == m.actOn();
 }
 
@@ -103,81 +107,153 @@ public:
 
     // Tries the matchers of one kind in document order; runs the first that passes.
     template <typename Matchers>
-    bool TryKind(const Matchers& matchers, const std::string& key, const std::string& value,
-                 Event& w)
+    bool TryKind(const Matchers& matchers, FilterMatcherKind kind, FilterMatcherRef& at,
+                 const std::string& key, const std::string& value, Event& w)
     {
+        at.kind = kind;
+        at.matcher = 0;
         for (const auto& matcher : matchers)
         {
             if (Passes(matcher, value))
             {
-                Act(matcher, key, w);
+                if (trace)
+                {
+                    trace->FilterMatcherFired(at, key, value);
+                }
+                Act(matcher, at, key, w);
                 return true;
             }
+            ++at.matcher;
         }
         return false;
     }
 
     // Actions run kind by kind, each kind in document order.
-    void Act(const F::Updater& actions, const std::string& key, Event& w)
+    void Act(const F::Updater& actions, const FilterMatcherRef& at, const std::string& key,
+             Event& w)
     {
+        using Kind = FilterActionKind;
         if (actions.setValue())
         {
-            w.params[key] = actions.setValue()->value();
+            const std::string& value = actions.setValue()->value();
+            OnParam(at, Kind::SetValue, 0, key, w, [&] { w.params[key] = value; });
         }
+        int i = 0;
         for (const auto& add : actions.addParam())
         {
-            w.params.emplace(add.key(), add.value());
+            OnParam(at, Kind::AddParam, i++, add.key(), w,
+                    [&] { w.params.emplace(add.key(), add.value()); });
         }
+        i = 0;
         for (const auto& mod : actions.modParam())
         {
-            w.params[mod.key()] = mod.value();
+            OnParam(at, Kind::ModParam, i++, mod.key(), w,
+                    [&] { w.params[mod.key()] = mod.value(); });
         }
+        i = 0;
         for (const auto& rename : actions.modEvent())
         {
-            w.name = rename.name();
+            OnName(at, Kind::ModEvent, i++, w,
+                   [&]
+                   {
+                       w.name = rename.name();
+                       return FilterSkipVerdict::None;
+                   });
         }
+        i = 0;
         for (const auto& skip : actions.skipEvent())
         {
-            Skip(skip.skipFullRepeats(), w);
+            OnName(at, Kind::SkipEvent, i++, w, [&] { return Skip(skip.skipFullRepeats(), w); });
         }
+        i = 0;
         for (const auto& del : actions.delParam())
         {
-            w.params.erase(del.key());
+            OnParam(at, Kind::DelParam, i++, del.key(), w, [&] { w.params.erase(del.key()); });
         }
     }
 
-    void Skip(bool onlyFullRepeats, Event& w)
+    // Runs `change` of the property `key`, reporting its value before and after to a listener.
+    template <typename Change>
+    void OnParam(const FilterMatcherRef& at, FilterActionKind kind, int index,
+                 const std::string& key, Event& w, Change change)
+    {
+        if (!trace)
+        {
+            change();
+            return;
+        }
+        const auto found = w.params.find(key);
+        const std::optional<std::string> before =
+            found == w.params.end() ? std::nullopt : std::optional<std::string>(found->second);
+        change();
+        const auto after = w.params.find(key);
+        trace->FilterActionRun({at, kind, index, &key, before ? &*before : nullptr,
+                                after == w.params.end() ? nullptr : &after->second});
+    }
+
+    // Runs `change` of the event's name, reporting the name before and after to a listener.
+    template <typename Change>
+    void OnName(const FilterMatcherRef& at, FilterActionKind kind, int index, Event& w,
+                Change change)
+    {
+        if (!trace)
+        {
+            change();
+            return;
+        }
+        const std::string before = w.name;
+        const FilterSkipVerdict skip = change();
+        trace->FilterActionRun({at, kind, index, nullptr, &before, &w.name, skip});
+    }
+
+    FilterSkipVerdict Skip(bool onlyFullRepeats, Event& w)
     {
         if (!onlyFullRepeats)
         {
             w.name.clear();
-            return;
+            return FilterSkipVerdict::Dropped;
         }
         const auto last = repeats.find(w.name);
         if (last != repeats.end() && last->second == w.params)
         {
             w.name.clear();
-            return;
+            return FilterSkipVerdict::FullRepeat;
         }
         repeats[w.name] = w.params;
+        return FilterSkipVerdict::Remembered;
     }
 
     Event Rewrite(const Event& event)
     {
+        using Kind = FilterMatcherKind;
         Event w = event;
         std::lock_guard<std::mutex> lock(mutex);
         if (!document)
         {
             return w;
         }
+        if (trace)
+        {
+            trace->FilterStarted(w);
+        }
+        int index = -1;
         for (const auto& block : document->event())
         {
+            ++index;
             if (block.event() != w.name)
             {
                 continue;
             }
+            if (trace)
+            {
+                trace->FilterBlockEntered(index, w);
+            }
+            FilterMatcherRef at;
+            at.block = index;
+            at.rule = -1;
             for (const auto& rule : block.param())
             {
+                ++at.rule;
                 const std::string& key = rule.key();
                 const auto found = w.params.find(key);
                 if (found == w.params.end())
@@ -186,11 +262,17 @@ public:
                 }
                 // A copy: the winning matcher may change the very parameter it inspected.
                 const std::string value = found->second;
-                TryKind(rule.equal(), key, value, w) || TryKind(rule.startsWith(), key, value, w) ||
-                    TryKind(rule.endsWith(), key, value, w) ||
-                    TryKind(rule.contains(), key, value, w) ||
-                    TryKind(rule.inRange(), key, value, w) || TryKind(rule.any(), key, value, w);
+                TryKind(rule.equal(), Kind::Equal, at, key, value, w) ||
+                    TryKind(rule.startsWith(), Kind::StartsWith, at, key, value, w) ||
+                    TryKind(rule.endsWith(), Kind::EndsWith, at, key, value, w) ||
+                    TryKind(rule.contains(), Kind::Contains, at, key, value, w) ||
+                    TryKind(rule.inRange(), Kind::InRange, at, key, value, w) ||
+                    TryKind(rule.any(), Kind::Any, at, key, value, w);
             }
+        }
+        if (trace)
+        {
+            trace->FilterFinished(w);
         }
         return w;
     }
@@ -201,6 +283,7 @@ public:
     std::unique_ptr<F::Filter> document;
     std::mutex mutex;
     std::map<std::string, Event::Params> repeats;
+    std::shared_ptr<IRuleTraceListener> trace;
 };
 
 FilterKtTracker::FilterKtTracker(const std::shared_ptr<IKtTracker>& next)
@@ -219,6 +302,15 @@ void FilterKtTracker::SetConfig(const std::string& config)
     }
     std::lock_guard<std::mutex> lock(d->mutex);
     d->document = std::move(parsed);
+}
+
+void FilterKtTracker::SetTraceListener(const std::shared_ptr<IRuleTraceListener>& listener)
+{
+    std::shared_ptr<IRuleTraceListener> previous = listener;
+    {
+        std::lock_guard<std::mutex> lock(d->mutex);
+        d->trace.swap(previous);
+    }
 }
 
 void FilterKtTracker::Track(const Event& event)

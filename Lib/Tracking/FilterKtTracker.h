@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Tracking/IKtTracker.h"
+#include "Tracking/IRuleTraceListener.h"
 
 #include <QtGlobal>
 
@@ -27,6 +28,11 @@ public:
     // Replaces the rule document. A document that cannot be parsed is logged
     // ("Can't parse configuration: ...") and the previous one stays in force.
     void SetConfig(const std::string& config);
+
+    // Reports every step of the rewrite to `listener` from now on (see IRuleTraceListener); null
+    // stops the reports. Once this returns, the previous listener is no longer called. Without a
+    // listener each step costs one null check.
+    void SetTraceListener(const std::shared_ptr<IRuleTraceListener>& listener);
 
     void Track(const Event& event) override;
 

@@ -7,6 +7,7 @@
 #include "Tracking/TrackingExport.h"
 
 #include "Tracking/Event.h"
+#include "Tracking/EventJson.h"
 #include "Tracking/EventText.h"
 #include "Tracking/IKtTracker.h"
 #include "Tracking/IKtTrackingEndpoint.h"
@@ -18,8 +19,10 @@
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 #include "Tracking/GuiHandler.h"
+#include "Tracking/IRuleTraceListener.h"
 #include "Tracking/IStatisticsManager.h"
 #include "Tracking/ObjectTree.h"
+#include "Tracking/RecordingKtTracker.h"
 #include "Tracking/StatisticsManager.h"
 
 #include "Tracking/InstancesHandler.h"

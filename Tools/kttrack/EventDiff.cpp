@@ -1,6 +1,6 @@
 #include "EventDiff.h"
 
-#include "Analytics/JsonText.h"
+#include "Tracking/EventJson.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -19,7 +19,7 @@ constexpr std::size_t kMaxAlignmentCells = 4'000'000;
 std::string Quoted(const std::string& text)
 {
     std::string out;
-    Analytics::AppendJsonString(out, text);
+    Tracking::AppendJsonString(out, text);
     return out;
 }
 
@@ -132,12 +132,13 @@ std::vector<std::string> DiffEvents(const std::vector<NumberedEvent>& expected,
         else if (e >= 0)
         {
             out.push_back(expectedName + ":" + std::to_string(expected[e].line) + ": event #" +
-                          std::to_string(e + 1) + " missing: " + EventJson(expected[e].event));
+                          std::to_string(e + 1) +
+                          " missing: " + Tracking::EventJson(expected[e].event));
         }
         else
         {
             out.push_back("delivered event #" + std::to_string(d + 1) +
-                          " not expected: " + EventJson(delivered[d]));
+                          " not expected: " + Tracking::EventJson(delivered[d]));
         }
     }
     return out;

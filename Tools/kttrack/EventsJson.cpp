@@ -1,7 +1,8 @@
 #include "EventsJson.h"
 
-#include "Analytics/JsonText.h"
 #include "ToolError.h"
+
+#include "Tracking/EventJson.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -43,7 +44,7 @@ const char* TypeName(const QJsonValue& value)
 std::string Quoted(const QString& text)
 {
     std::string out;
-    Analytics::AppendJsonString(out, text.toStdString());
+    Tracking::AppendJsonString(out, text.toStdString());
     return out;
 }
 
@@ -145,27 +146,6 @@ std::vector<NumberedEvent> ParseEvents(const QByteArray& data, const std::string
         events.push_back({ParseLine(lines[i], name + ":" + std::to_string(line) + ": "), line});
     }
     return events;
-}
-
-std::string EventJson(const Tracking::Event& event)
-{
-    std::string out = "{\"name\":";
-    Analytics::AppendJsonString(out, event.name);
-    out += ",\"params\":{";
-    bool first = true;
-    for (const auto& [key, value] : event.params)
-    {
-        if (!first)
-        {
-            out += ',';
-        }
-        first = false;
-        Analytics::AppendJsonString(out, key);
-        out += ':';
-        Analytics::AppendJsonString(out, value);
-    }
-    out += "}}";
-    return out;
 }
 
 }  // namespace Velkor::KT::KtTrack

@@ -1,6 +1,7 @@
 #pragma once
 
-// Events as JSON Lines: one {"name": "...", "params": {"KEY": "VALUE", ...}} object per line.
+// Events as JSON Lines: one {"name": "...", "params": {"KEY": "VALUE", ...}} object per line, as
+// Tracking::EventJson() writes them.
 
 #include "Tracking/Event.h"
 
@@ -29,9 +30,5 @@ QByteArray ReadInput(const std::string& path, std::istream& in);
 // ToolError "NAME:LINE: what is wrong" for the first line that is not, `name` being the file name
 // to show.
 std::vector<NumberedEvent> ParseEvents(const QByteArray& data, const std::string& name);
-
-// One line (without its line end) that ParseEvents reads back as `event`: keys in the event's
-// order, text that is not UTF-8 replaced.
-std::string EventJson(const Tracking::Event& event);
 
 }  // namespace Velkor::KT::KtTrack

@@ -1,6 +1,8 @@
 #include "KtTrack.h"
 
 #include "CheckCommand.h"
+#include "CoverageCommand.h"
+#include "DiffCommand.h"
 #include "MatchCommand.h"
 #include "ReplayCommand.h"
 
@@ -13,6 +15,8 @@ const char* HelpText()
 {
     return R"(Usage: kttrack replay [OPTIONS] EVENTS.jsonl
        kttrack check [--werror] DOC.xml... [+ DOC.xml...]...
+       kttrack coverage [--require-all] DOC.xml... SESSION.jsonl
+       kttrack diff [--changed-only] --old F1 [A1] --new F2 [A2] SESSION.jsonl
        kttrack match DOC.xml TREE.json
        kttrack --help
 
@@ -32,6 +36,15 @@ prints what they deliver.
                          events (name, then one tab-indented KEY=VALUE line per property)
   --expect OUT.jsonl     compare the delivered events with OUT.jsonl instead of
                          printing them; each difference is printed on one line
+  --explain              print, for each event, what the stages did to it: each
+                         block, param rule and matcher that applied, each action
+                         with the value before and after, the repeat memory's
+                         verdict, the aggregator's hold or merge, each led by the
+                         FILE:LINE of its rule; then what is delivered. Readable
+                         text unless --format jsonl (one JSON object per event)
+  --line N               with --explain: only the event on line N of EVENTS (all
+                         events still run, so held causes and repeats count);
+                         may be given more than once
   Documents are read as the application reads them (not validated); use check
   for that.
   Exit status: 0 done, or delivered as expected; 1 delivered events differ from
@@ -64,6 +77,31 @@ cannot work as written:
   Exit status: 0 no errors (warnings allowed without --werror); 1 warnings with
   --werror; 2 errors: a missing or unreadable file, a document the application
   cannot read, or one that is not valid against its schema, or bad options.
+
+coverage: replays a recorded session (events as replay reads them, such as the
+raw session a RecordingKtTracker at the head of the chain writes) through the
+given filter and/or aggregator documents (told apart by their root; a stage
+without one runs the shipped document, which is not reported) and prints how
+often each filter block, param rule and matcher and each aggregator main and
+affecting event fired (FILE:LINE: COUNT ELEMENT), then those that never fired
+(a block that never fired stands for its rules), then the session's event
+names that no filter block and no aggregator entry names.
+  --require-all          exit status 1 unless every element fired, for a CI
+                         that wants full coverage
+  Exit status: 0 done (or, with --require-all, everything fired); 1 something
+  never fired, with --require-all; 2 unreadable document or session, bad
+  options.
+
+diff: replays a recorded session through two versions of the rules and prints
+what each delivers side by side, one row per session event that either
+delivers ("SESSION:LINE  OLD  M  NEW"; M is ' ' for the same event, '|' for
+a changed one followed by its changed properties, '<' only old, '>' only new),
+then a summary: events gained, lost, renamed, properties changed by key.
+Documents are told apart by their root; a kind missing from --old is the
+shipped document, a kind missing from --new is the old one.
+  --changed-only         leave out the rows that are the same
+  Exit status: 0 both deliver the same; 1 they differ; 2 unreadable document or
+  session, bad options.
 
 match: matches the gui section of the main document DOC.xml against an object
 tree dumped from the running application (the demo host's --dump-tree, or the
@@ -99,6 +137,14 @@ int RunKtTrack(const std::vector<std::string>& args, std::istream& in, std::ostr
     if (command == "check")
     {
         return RunCheck(rest, out, err);
+    }
+    if (command == "coverage")
+    {
+        return RunCoverage(rest, in, out, err);
+    }
+    if (command == "diff")
+    {
+        return RunDiff(rest, in, out, err);
     }
     if (command == "match")
     {

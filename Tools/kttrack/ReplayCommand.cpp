@@ -2,19 +2,23 @@
 
 #include "EventDiff.h"
 #include "EventsJson.h"
+#include "Explain.h"
 #include "Report.h"
 #include "RuleDocument.h"
 #include "Schemas.h"
+#include "SessionTrace.h"
 #include "ToolError.h"
 
 #include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/ConfigLoader.h"
+#include "Tracking/EventJson.h"
 #include "Tracking/EventText.h"
 #include "Tracking/FilterKtTracker.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <set>
 
 namespace Velkor::KT::KtTrack
 {
@@ -34,8 +38,10 @@ struct ReplayOptions
 {
     std::string filter;  // empty: the shipped document
     std::string aggregator;
-    std::string format = "jsonl";
+    std::optional<std::string> format;  // jsonl unless explaining, then text
     std::optional<std::string> expect;
+    bool explain = false;
+    std::set<int> lines;  // with --explain: only the events on these lines; empty: all
     std::string events;
 };
 
@@ -78,12 +84,25 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
             options.format = take();
             if (options.format != "jsonl" && options.format != "text")
             {
-                throw ToolError("replay: unknown format '" + options.format + "' (jsonl or text)");
+                throw ToolError("replay: unknown format '" + *options.format + "' (jsonl or text)");
             }
         }
         else if (arg == "--expect")
         {
             options.expect = take();
+        }
+        else if (arg == "--explain" && !value)
+        {
+            options.explain = true;
+        }
+        else if (arg == "--line")
+        {
+            const std::string line = take();
+            if (line.empty() || line.find_first_not_of("0123456789") != std::string::npos)
+            {
+                throw ToolError("replay: --line takes a line number, not '" + line + "'");
+            }
+            options.lines.insert(std::stoi(line));
         }
         else if (arg.size() > 1 && arg[0] == '-')
         {
@@ -103,6 +122,14 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
     {
         throw ToolError("replay: no events file (use - for standard input)");
     }
+    if (options.explain && options.expect)
+    {
+        throw ToolError("replay: --explain and --expect cannot be used together");
+    }
+    if (!options.lines.empty() && !options.explain)
+    {
+        throw ToolError("replay: --line needs --explain");
+    }
     if (options.expect && *options.expect == "-" && options.events == "-")
     {
         throw ToolError(
@@ -110,38 +137,6 @@ ReplayOptions ParseOptions(const std::vector<std::string>& args)
             "standard input");
     }
     return options;
-}
-
-// The text of a stage's document: the shipped one, none, or a file checked to be readable by
-// the stage (the stage itself would only log and pass everything).
-std::optional<std::string> StageDocument(const std::string& option, DocumentKind kind,
-                                         const char* shipped, Schemas& schemas, std::ostream& err)
-{
-    if (option == "none")
-    {
-        return std::nullopt;
-    }
-    if (option.empty())
-    {
-        return Tracking::LoadConfigFromQrc(std::string("/KT/Tracking/") + shipped);
-    }
-    Report report(err);
-    const std::unique_ptr<RuleDocument> document = ReadRuleDocument(option, schemas, report);
-    if (!document)
-    {
-        throw ToolError("replay: cannot use " + option + " as the " + KindName(kind) + " document");
-    }
-    if (document->kind != kind)
-    {
-        throw ToolError(option + ": error: this is a " + KindName(document->kind) +
-                        " document, not a " + KindName(kind) + " document");
-    }
-    return document->text;
-}
-
-std::string DisplayName(const std::string& path)
-{
-    return path == "-" ? "<stdin>" : path;
 }
 
 }  // namespace
@@ -175,37 +170,52 @@ int RunReplay(const std::vector<std::string>& args, std::istream& in, std::ostre
     {
         const ReplayOptions options = ParseOptions(args);
         Schemas schemas;
-        const std::optional<std::string> filter =
-            StageDocument(options.filter, DocumentKind::Filter, "FilterConfig.xml", schemas, err);
-        const std::optional<std::string> aggregator = StageDocument(
-            options.aggregator, DocumentKind::Aggregator, "AggregatorConfig.xml", schemas, err);
+        StageRules rules;
+        rules.Set(StageDocument("replay", options.filter, DocumentKind::Filter, schemas, err));
+        rules.Set(
+            StageDocument("replay", options.aggregator, DocumentKind::Aggregator, schemas, err));
 
-        std::vector<Tracking::Event> events;
-        for (NumberedEvent& numbered :
-             ParseEvents(ReadInput(options.events, in), DisplayName(options.events)))
+        std::vector<NumberedEvent> numbered = ReadSession(options.events, in);
+        if (options.explain)
         {
-            events.push_back(std::move(numbered.event));
+            std::vector<EventRoad> roads = TraceSession(numbered, rules);
+            if (!options.lines.empty())
+            {
+                roads.erase(std::remove_if(roads.begin(), roads.end(),
+                                           [&](const EventRoad& road)
+                                           { return !options.lines.count(road.input.line); }),
+                            roads.end());
+            }
+            WriteExplanation(roads, rules, SessionName(options.events),
+                             options.format.value_or("text") == "jsonl", out);
+            return 0;
+        }
+        std::vector<Tracking::Event> events;
+        for (NumberedEvent& event : numbered)
+        {
+            events.push_back(std::move(event.event));
         }
         std::vector<NumberedEvent> expected;
         if (options.expect)
         {
-            expected = ParseEvents(ReadInput(*options.expect, in), DisplayName(*options.expect));
+            expected = ParseEvents(ReadInput(*options.expect, in), SessionName(*options.expect));
         }
 
         const std::vector<Tracking::Event> delivered =
-            Replay(events, filter ? &*filter : nullptr, aggregator ? &*aggregator : nullptr);
+            Replay(events, rules.filter ? &rules.filter->text : nullptr,
+                   rules.aggregator ? &rules.aggregator->text : nullptr);
 
         if (options.expect)
         {
             const std::vector<std::string> differences =
-                DiffEvents(expected, delivered, DisplayName(*options.expect));
+                DiffEvents(expected, delivered, SessionName(*options.expect));
             for (const std::string& line : differences)
             {
                 out << line << '\n';
             }
             if (!differences.empty())
             {
-                err << "kttrack: the delivered events differ from " << DisplayName(*options.expect)
+                err << "kttrack: the delivered events differ from " << SessionName(*options.expect)
                     << " (" << differences.size() << " differences)\n";
                 return 1;
             }
@@ -213,8 +223,9 @@ int RunReplay(const std::vector<std::string>& args, std::istream& in, std::ostre
         }
         for (const Tracking::Event& event : delivered)
         {
-            out << (options.format == "text" ? Tracking::EventText(event)
-                                             : EventJson(event) + "\n");
+            out << (options.format == std::optional<std::string>("text")
+                        ? Tracking::EventText(event)
+                        : Tracking::EventJson(event) + "\n");
         }
         return 0;
     }

@@ -17,7 +17,7 @@ std::vector<Tracking::Event> Replay(const std::vector<Tracking::Event>& events,
                                     const std::string* aggregatorDocument);
 
 // kttrack replay [--filter F|none] [--aggregator A|none] [--format jsonl|text] [--expect OUT]
-//                EVENTS
+//                [--explain [--line N]...] EVENTS
 // Returns the exit code: 0 done (or as expected), 1 not as expected, 2 unusable input.
 int RunReplay(const std::vector<std::string>& args, std::istream& in, std::ostream& out,
               std::ostream& err);
