@@ -21,7 +21,8 @@ set(public
     StatisticsManager IStatisticsManager GuiHandler InstancesHandler
     FilterKtTracker AggregatorKtTracker ForwardKtTracker AppCoreKtTracker DebugKtTracker
     LoadConfigFromQrc FillerTypes Config Fillers
-    AttachReport CheckGuiSection DumpObjectTree DumpTopLevelWidgets MatchObjectTree operator)
+    AttachReport CheckGuiSection DumpObjectTree DumpTopLevelWidgets MatchObjectTree operator
+    RecordingKtTracker IRuleTraceListener EventJson AppendJsonString)
 
 execute_process(
     COMMAND "${NM}" -D --defined-only --demangle "${LIBRARY}"
