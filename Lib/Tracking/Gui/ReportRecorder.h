@@ -1,0 +1,164 @@
+#pragma once
+
+#include "Tracking/AttachReport.h"
+#include "Tracking/Config/KtmStat.h"
+#include "Tracking/Gui/ElementKinds.h"
+#include "Tracking/Gui/EntryTable.h"
+#include "Tracking/Gui/HookLedger.h"
+#include "Tracking/Gui/ObjectSearch.h"
+#include "Tracking/Gui/SectionLints.h"
+#include "Tracking/Gui/SignalText.h"
+
+#include <QStringList>
+#include <QVector>
+
+#include <vector>
+
+namespace Velkor::KT::Tracking::Gui
+{
+
+// The visitor of a section walk (SectionWalk.h) that writes the attach report: for each search
+// of an entry, the objects it found with the hooks each gets, the signals an object lacks, the
+// objects of a name whose class the entry does not take, and the objects the entry hooks more
+// than once (through `ledger`, also across attaches). Works on any tree that ObjectSearch works
+// on and that also provides
+//   static QObject* Object(Node);     // the live object, or null
+//   static QString Path(Node);        // see ObjectPath()
+//   static QString ClassName(Node);
+//   static bool HasSignal(Node, const QByteArray& normalisedSignature);
+// Hooks are made by another visitor; this one only tells what they are.
+template <class Tree>
+class ReportRecorder
+{
+public:
+    using Node = typename Tree::Node;
+    static constexpr bool kTraced = true;
+
+    // `entries`: the report's entries, in the order of `table`. `attach` names the attach in the
+    // ways of the hooked-twice problems ("'MainWindow'"); `root` is where it started; with a
+    // `target`, other objects get no hooks of their own (object entries excepted).
+    ReportRecorder(const EntryTable& table, QVector<AttachReport::Entry>& entries,
+                   HookLedger<Node>& ledger, const QString& attach, Node root, Node target)
+        : m_table(table),
+          m_entries(entries),
+          m_ledger(ledger),
+          m_attach(attach),
+          m_root(root),
+          m_target(target)
+    {
+    }
+
+    template <class Entry>
+    void Found(const Entry& element, Node, const std::vector<Node>& matches,
+               const SearchTrace<Node>* trace)
+    {
+        const int index = m_table.IndexOf(element);
+        if (index < 0)
+        {
+            return;
+        }
+        AttachReport::Entry& entry = m_entries[index];
+        for (std::size_t i = 0; i < matches.size(); ++i)
+        {
+            const Node match = matches[i];
+            AttachReport::Match record;
+            record.object = Tree::Object(match);
+            record.path = Tree::Path(match);
+            record.className = Tree::ClassName(match);
+            if (entry.kind == AttachReport::ElementKind::Object || !m_target || match == m_target)
+            {
+                record.hooks = Hooks(match, element, record.className, entry);
+            }
+            if (!record.hooks.isEmpty())
+            {
+                NoteHooked(match, index, entry, record.path, trace->from[i]);
+            }
+            entry.matches.append(record);
+        }
+        if (matches.empty())
+        {
+            for (const Node other : trace->wrongClass)
+            {
+                AddProblem(entry, AttachReport::ProblemKind::WrongClass,
+                           QStringLiteral("'%1' is a %2, which a %3 entry does not take (it "
+                                          "takes %4)")
+                               .arg(Tree::Path(other), Tree::ClassName(other),
+                                    AttachReport::ElementName(entry.kind),
+                                    QLatin1String(
+                                        ElementOf<Entry>::QtClass::staticMetaObject.className())));
+            }
+        }
+    }
+
+    template <class Entry>
+    void Apply(Node, const Entry&)
+    {
+    }
+
+private:
+    template <class Entry>
+    QVector<AttachReport::Hook> Hooks(Node match, const Entry& element, const QString& className,
+                                      AttachReport::Entry& entry)
+    {
+        QVector<AttachReport::Hook> hooks;
+        ForEachOwnTrigger(element,
+                          [&](const char* trigger, const Config::Event& event) {
+                              hooks.append({QLatin1String(trigger),
+                                            QString::fromStdString(event.event()), QString()});
+                          });
+        if (entry.kind != AttachReport::ElementKind::Object)
+        {
+            return hooks;
+        }
+        ForEachSignal(
+            element,
+            [&](SignalTrigger trigger, const Config::Signal& signal)
+            {
+                const SignalText text = SignalText::Parse(signal.signal());
+                if (!text.malformed.isEmpty() || !ParameterMismatch(trigger, text).isEmpty())
+                {
+                    return;  // the section's own problems say why
+                }
+                if (!Tree::HasSignal(match, text.signature))
+                {
+                    AddProblem(entry, AttachReport::ProblemKind::MissingSignal,
+                               QStringLiteral("%1 has no signal %2")
+                                   .arg(className, QString::fromLatin1(text.signature)));
+                    return;
+                }
+                hooks.append({QLatin1String(SignalTriggerName(trigger)),
+                              QString::fromStdString(signal.event()),
+                              QString::fromStdString(signal.signal())});
+            });
+        return hooks;
+    }
+
+    void NoteHooked(Node match, int index, AttachReport::Entry& entry, const QString& path,
+                    Node from)
+    {
+        QString way = QStringLiteral("the attach of ") + m_attach;
+        if (from != m_root)
+        {
+            way += QStringLiteral(" from '") + Tree::Path(from) + QLatin1Char('\'');
+        }
+        QStringList ways = m_ledger.Record(match, Tree::Object(match), index, way);
+        if (ways.isEmpty())
+        {
+            return;
+        }
+        ways.append(way);
+        AddHookedTwice(entry, QLatin1Char('\'') + path + QStringLiteral("' hooked ") +
+                                  QString::number(ways.size()) + QStringLiteral(" times: by ") +
+                                  ways.join(QStringLiteral(" and by ")) +
+                                  QStringLiteral("; each trigger sends its event once per hook"));
+    }
+
+    const EntryTable& m_table;
+    QVector<AttachReport::Entry>& m_entries;
+    HookLedger<Node>& m_ledger;
+    const QString m_attach;
+    const Node m_root;
+    const Node m_target;
+};
+
+}  // namespace Velkor::KT::Tracking::Gui
