@@ -83,6 +83,18 @@ bool WriteViewerItems(const QString& path, bool maskMachineValues)
     return true;
 }
 
+bool WriteTree(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(DumpTopLevelWidgets().toJson()) < 0)
+    {
+        std::cerr << "Can't write " << path.toStdString() << "\n";
+        return false;
+    }
+    return true;
+}
+
 void SaveScreen(const QString& path)
 {
     QScreen* screen = QGuiApplication::primaryScreen();
@@ -160,6 +172,8 @@ int RunDemo(const DemoOptions& options)
                            });
     }
     const int result = QApplication::exec();
+    // The windows the session opened are all there still, hidden.
+    const bool treeWritten = options.treeFile.isEmpty() || WriteTree(options.treeFile);
 
     // The exit event, then everything still queued for the viewer.
     manager.reset();
@@ -172,7 +186,7 @@ int RunDemo(const DemoOptions& options)
     }
     session.reset();
     window.reset();
-    return result != 0 ? result : (written ? 0 : 1);
+    return result != 0 ? result : (written && treeWritten ? 0 : 1);
 }
 
 }  // namespace Velkor::Demo

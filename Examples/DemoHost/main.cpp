@@ -12,6 +12,8 @@
 //   --variant first|second  the main and filter documents: Config.xml and FilterConfig.xml, or
 //                           ConfigGACA.xml and FilterConfigGACA.xml (same aggregator rules)
 //   --viewer-items FILE     writes the viewer's items to FILE at exit
+//   --dump-tree FILE        writes the object trees of all windows to FILE at exit, as JSON, for
+//                           kttrack match
 //   --machine-values        prints machine facts (system, hardware, screens, acceleration,
 //                           country, bitness) as they are; by default they print as <machine>
 //                           so the printout is the same everywhere. The analytics file always
@@ -33,6 +35,7 @@ int Usage()
 {
     std::cerr << "usage: KtDemoHost [--interactive [--script] [--screenshot FILE]]"
                  " [--data-dir DIR] [--variant first|second] [--viewer-items FILE]"
+                 " [--dump-tree FILE]"
                  " [--machine-values]\n";
     return 2;
 }
@@ -69,6 +72,10 @@ int main(int argc, char** argv)
         else if (argument == "--viewer-items" && hasValue)
         {
             options.viewerItemsFile = QString::fromLocal8Bit(argv[++i]);
+        }
+        else if (argument == "--dump-tree" && hasValue)
+        {
+            options.treeFile = QString::fromLocal8Bit(argv[++i]);
         }
         else if (argument == "--variant" && hasValue)
         {

@@ -1,6 +1,7 @@
 #include "Tracking/AttachReport.h"
 
 #include <QDebug>
+#include <QSet>
 #include <QSharedData>
 #include <QStringList>
 
@@ -69,17 +70,31 @@ QString Outcome(const QVector<AttachReport::Entry>& entries, const AttachReport:
         return parentEmpty ? QStringLiteral("matched nothing (its widget matched nothing)")
                            : QStringLiteral("matched nothing");
     }
-    int hooked = 0;
+    int hooks = 0;
+    QSet<QString> found;
+    QSet<QString> hooked;
     for (const AttachReport::Match& match : entry.matches)
     {
-        hooked += match.hooks.isEmpty() ? 0 : 1;
+        found.insert(match.path);
+        if (!match.hooks.isEmpty())
+        {
+            ++hooks;
+            hooked.insert(match.path);
+        }
     }
-    if (hooked == entry.matches.size())
+    if (hooked.isEmpty() && entry.events.isEmpty())
     {
-        return QStringLiteral("hooks ") + Plural(hooked, "object");
+        return QStringLiteral("finds ") + Plural(found.size(), "object");
     }
-    return QStringLiteral("finds ") + Plural(entry.matches.size(), "object") +
-           QStringLiteral(", hooks ") + QString::number(hooked);
+    QString outcome = hooked.size() == found.size()
+                          ? QStringLiteral("hooks ") + Plural(hooked.size(), "object")
+                          : QStringLiteral("finds ") + Plural(found.size(), "object") +
+                                QStringLiteral(", hooks ") + QString::number(hooked.size());
+    if (hooks > hooked.size())
+    {
+        outcome += QStringLiteral(" (") + Plural(hooks, "hook") + QLatin1Char(')');
+    }
+    return outcome;
 }
 
 QString Hooks(const AttachReport::Match& match)
@@ -100,7 +115,7 @@ QString Hooks(const AttachReport::Match& match)
 QString Summary(const AttachReport& report)
 {
     int hooking = 0;
-    int objects = 0;
+    int hooks = 0;
     int problems = 0;
     for (const AttachReport::Entry& entry : report.Entries())
     {
@@ -110,16 +125,16 @@ QString Summary(const AttachReport& report)
             hooked += match.hooks.isEmpty() ? 0 : 1;
         }
         hooking += hooked > 0 ? 1 : 0;
-        objects += hooked;
+        hooks += hooked;
         problems += entry.problems.size();
     }
     const QString what = report.AttachedTo().isEmpty()
                              ? QStringLiteral("Section")
                              : QStringLiteral("Attach of ") + report.AttachedTo();
-    return QStringLiteral("%1: %2; %3 hooked %4, %5 matched nothing; %6")
+    return QStringLiteral("%1: %2; %3 hook something (%4), %5 match nothing; %6")
         .arg(what, Plural(report.Entries().size(), "entry", "entries"))
         .arg(hooking)
-        .arg(Plural(objects, "object"))
+        .arg(Plural(hooks, "hook"))
         .arg(report.UnmatchedCount())
         .arg(Plural(problems, "problem"));
 }

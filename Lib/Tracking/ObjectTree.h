@@ -22,24 +22,28 @@ class Gui;
 // (MatchObjectTree(), `kttrack match`). The document:
 //
 //   {"format": "KtTracking object tree", "version": 1,
+//    "roots": [OBJECT, ...],
+//    "otherObjects": [OBJECT, ...],
 //    "classes": {"QPushButton": {"superClass": "QAbstractButton", "signals": []},
 //                "QAbstractButton": {"superClass": "QWidget",
 //                                    "signals": ["pressed()", "clicked(bool)", "clicked()", ...]},
-//                ...},
-//    "roots": [OBJECT, ...]}
+//                ...}}
 //
 //   OBJECT: {"objectName": "stopButton", "className": "QPushButton",
 //            "classChain": ["QPushButton", "QAbstractButton", "QWidget", "QObject"],
 //            "path": "CaptureControlPanel/stopButton", "parentPath": "CaptureControlPanel",
 //            "properties": {"state": "Configuring"},   // dynamic properties, as text
 //            "actions": ["MainWindow/ActionQuit"],       // widgets: QWidget::actions(), by path
-//            "children": [OBJECT, ...]}                  // QObject::children() order
+//            "children": [OBJECT or {"seeRoot": PATH}, ...]}   // QObject::children() order
 //
-// Classes are named as their meta-objects name them (a class without Q_OBJECT shows as its
-// nearest Qt base), with the signals each declares itself, normalised as
-// QMetaMethod::methodSignature() writes them. Paths are object names joined by "/" from the
-// root down, an object without a name standing as its class name in parentheses. An action that
-// a widget lists but that lies outside every root is added as a root of its own.
+// Each object is written once. A root that lies in the tree of another root (a dialog whose
+// parent is the main window) is written in "roots", and stands as {"seeRoot": its path} among
+// its parent's children; actions that widgets list but that lie in no dumped tree (kept by an
+// object that is not dumped) are written in "otherObjects". Classes are named as their
+// meta-objects name them (a class without Q_OBJECT shows as its nearest Qt base), with the
+// signals each declares itself, normalised as QMetaMethod::methodSignature() writes them. Paths
+// are those of the attach report (see AttachReport::Match): object names from the top of the
+// object's tree down, joined by "/".
 //
 // GUI thread only.
 

@@ -94,8 +94,9 @@ void StatisticsManager::SetConfig(const std::string& xml)
     try
     {
         std::stringstream stream(xml, std::ios::in | std::ios::out);
-        d->config = Config::ktmstat(stream, ::xml_schema::flags::dont_validate);
-        d->gui.SetConfig(d->config->gui() ? *d->config->gui() : Config::Gui());
+        std::vector<int> guiLines;
+        d->config = Config::ktmstat(stream, guiLines, ::xml_schema::flags::dont_validate);
+        d->gui.SetConfig(d->config->gui() ? *d->config->gui() : Config::Gui(), guiLines);
         d->instances.SetConfig(d->config->instances() ? *d->config->instances()
                                                       : Config::Instances());
     }

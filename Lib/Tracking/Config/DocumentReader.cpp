@@ -5,16 +5,17 @@
 
 #include <iterator>
 #include <string>
+#include <utility>
 
 namespace Velkor::KT::Tracking::Config::Detail
 {
 
 ::xml_schema::dom::unique_ptr<xercesc::DOMDocument> ReadDocument(
     std::istream& input, ::xml_schema::flags flags, const ::xml_schema::properties& properties,
-    const DocumentRules& rules)
+    const DocumentRules& rules, ReadingOrder::ReadObserver observer)
 {
     const std::string text{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
-    ReadingOrder reading(rules);
+    ReadingOrder reading(rules, std::move(observer));
     auto document = ParseHardened(text, flags, properties, reading);
 
     xercesc::DOMElement* root = document ? document->getDocumentElement() : nullptr;

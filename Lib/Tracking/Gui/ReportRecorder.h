@@ -71,7 +71,7 @@ public:
             }
             if (!record.hooks.isEmpty())
             {
-                NoteHooked(match, index, entry, record.path, trace->from[i]);
+                NoteHooked(match, index, entry, record, trace->from[i]);
             }
             entry.matches.append(record);
         }
@@ -133,8 +133,8 @@ private:
         return hooks;
     }
 
-    void NoteHooked(Node match, int index, AttachReport::Entry& entry, const QString& path,
-                    Node from)
+    void NoteHooked(Node match, int index, AttachReport::Entry& entry,
+                    const AttachReport::Match& record, Node from)
     {
         QString way = QStringLiteral("the attach of ") + m_attach;
         if (from != m_root)
@@ -147,10 +147,15 @@ private:
             return;
         }
         ways.append(way);
-        AddHookedTwice(entry, QLatin1Char('\'') + path + QStringLiteral("' hooked ") +
+        QStringList triggers;
+        for (const AttachReport::Hook& hook : record.hooks)
+        {
+            triggers.append(hook.trigger);
+        }
+        AddHookedTwice(entry, QLatin1Char('\'') + record.path + QStringLiteral("' hooked ") +
                                   QString::number(ways.size()) + QStringLiteral(" times: by ") +
                                   ways.join(QStringLiteral(" and by ")) +
-                                  QStringLiteral("; each trigger sends its event once per hook"));
+                                  RepeatedHooksEffect(triggers, ways.size()));
     }
 
     const EntryTable& m_table;

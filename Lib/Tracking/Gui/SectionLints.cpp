@@ -121,10 +121,16 @@ void CheckRepeats(const EntryTable& table, QVector<AttachReport::Entry>& entries
         if (other.parent == entry.parent && other.kind == entry.kind &&
             SameEntry(entry.kind, table.Element(earlier), table.Element(index)))
         {
+            QStringList triggers;
+            WithElementType(entry.kind, table.Element(index),
+                            [&](const auto& typed)
+                            {
+                                ForEachOwnTrigger(typed, [&](const char* trigger, const auto&)
+                                                  { triggers.append(QLatin1String(trigger)); });
+                            });
             AddProblem(entry, Kind::RepeatedEntry,
-                       QStringLiteral("repeats the earlier %1 word for word: each of its events "
-                                      "is sent twice")
-                           .arg(Describe(other)));
+                       QStringLiteral("repeats the earlier %1 word for word").arg(Describe(other)) +
+                           RepeatedHooksEffect(triggers, 2));
             return;
         }
     }
@@ -142,6 +148,42 @@ void AddProblem(AttachReport::Entry& entry, AttachReport::ProblemKind kind, cons
         }
     }
     entry.problems.append({kind, text});
+}
+
+QString RepeatedHooksEffect(const QStringList& triggers, int times)
+{
+    QStringList connected;
+    QStringList events;
+    for (const QString& trigger : triggers)
+    {
+        const bool qtEvent = trigger == QLatin1String("show-event") ||
+                             trigger == QLatin1String("close-event") ||
+                             trigger == QLatin1String("mouse-release-event");
+        (qtEvent ? events : connected).append(trigger);
+    }
+    QString effect;
+    if (triggers.isEmpty())
+    {
+        effect = QStringLiteral(": what it holds is hooked again");
+    }
+    if (!connected.isEmpty())
+    {
+        effect +=
+            QStringLiteral("; %1 %2 %3")
+                .arg(connected.join(QStringLiteral(", ")),
+                     connected.size() == 1 ? QStringLiteral("sends its event")
+                                           : QStringLiteral("send their events"),
+                     times == 2 ? QStringLiteral("twice") : QStringLiteral("%1 times").arg(times));
+    }
+    if (!events.isEmpty())
+    {
+        effect += QStringLiteral(
+                      "; %1 still %2 once (a Qt event reaches only the first hook of "
+                      "its object)")
+                      .arg(events.join(QStringLiteral(", ")),
+                           events.size() == 1 ? QStringLiteral("sends") : QStringLiteral("send"));
+    }
+    return effect;
 }
 
 void AddHookedTwice(AttachReport::Entry& entry, const QString& text)

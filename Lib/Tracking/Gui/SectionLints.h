@@ -13,6 +13,11 @@ class EntryTable;
 // Adds `text` to the entry's problems unless it is there already.
 void AddProblem(AttachReport::Entry& entry, AttachReport::ProblemKind kind, const QString& text);
 
+// What `times` hooks of the same triggers on one object send: "; clicked-event sends its event 2
+// times" for signal connections, "; show-event still sends once (...)" for Qt event triggers,
+// which reach only the first hook of an object.
+QString RepeatedHooksEffect(const QStringList& triggers, int times);
+
 // Adds a "hooked twice" problem ("'PATH' hooked N times: ..."), replacing one about the same
 // object with fewer ways.
 void AddHookedTwice(AttachReport::Entry& entry, const QString& text);
