@@ -18,6 +18,7 @@
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 #include "Tracking/GuiHandler.h"
+#include "Tracking/HookHighlight.h"
 #include "Tracking/IStatisticsManager.h"
 #include "Tracking/ObjectTree.h"
 #include "Tracking/StatisticsManager.h"

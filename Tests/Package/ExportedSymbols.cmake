@@ -17,7 +17,7 @@ endforeach()
 # generated classes and the parse functions), "Fillers" holds FillerTypes.
 set(public
     Event IKtTracker IKtTrackingEndpoint EventText
-    StatisticsManager IStatisticsManager GuiHandler InstancesHandler
+    StatisticsManager IStatisticsManager GuiHandler HookHighlight InstancesHandler
     FilterKtTracker AggregatorKtTracker ForwardKtTracker AppCoreKtTracker DebugKtTracker
     LoadConfigFromQrc FillerTypes Config Fillers)
 
