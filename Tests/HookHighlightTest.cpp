@@ -366,6 +366,20 @@ TEST(HookHighlightScreenTest, OutlinesHookedWidgetsAndLeavesTheHostAlone)
     EXPECT_TRUE(host.window.isActiveWindow());
     EXPECT_EQ(reports, 2) << "a window of the highlight was attached as a host window";
 
+    // A window brought to the front hides the outlines behind it, and only those.
+    QWidget front;
+    front.setGeometry(okRect.center().x(), okRect.top() - 20, 200, okRect.height() + 40);
+    front.show();
+    front.activateWindow();
+    ASSERT_TRUE(KtTest::PumpUntil([&] { return front.isActiveWindow(); }));
+    // Long enough for the outlines to be raised over the window that became active.
+    KtTest::PumpUntil([] { return false; }, std::chrono::milliseconds(600));
+    const QImage behind = GrabScreen();
+    EXPECT_NE(QColor(behind.pixel(okRect.right() - 1, okRect.center().y())), hooked)
+        << "the outline of a window behind is drawn over the window in front";
+    EXPECT_EQ(QColor(behind.pixel(pointer)), hooked);
+    front.close();
+
     // Closing the host's only window ends the event loop, outlines or not.
     bool timedOut = false;
     QTimer guard;

@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QLabel>
 #include <QPointer>
+#include <QRegion>
 #include <QScreen>
 #include <QTimer>
 #include <QToolTip>
@@ -49,6 +50,7 @@ public:
         QWidget* const active = QApplication::activeWindow();
         const bool raise = active != activeWindow;
         activeWindow = active;
+        covered = Covered(layout, active);
 
         // Overlays of windows that no longer show outlines go.
         std::vector<Over> kept;
@@ -62,7 +64,7 @@ public:
                                : Over{window, std::make_unique<Gui::HighlightOverlay>()});
             Gui::HighlightOverlay& overlay = *kept.back().overlay;
             const bool wasVisible = overlay.isVisible();
-            overlay.Show(window->geometry(), outlines);
+            overlay.Show(window->geometry(), outlines, covered[window]);
             if (raise && wasVisible)
             {
                 overlay.raise();
@@ -72,6 +74,35 @@ public:
         Hover(layout);
     }
 
+    // What covers each window, as far as the toolkit tells: the open pop-ups cover every other
+    // window, and the active window all but the pop-ups. The outlines stay off those parts, so
+    // that a window in the background does not draw over the one in front.
+    static std::map<QWidget*, QRegion> Covered(const Layout& layout, QWidget* active)
+    {
+        QRegion popups;
+        for (QWidget* window : QApplication::topLevelWidgets())
+        {
+            if (window->windowType() == Qt::Popup && window->isVisible())
+            {
+                popups += window->geometry();
+            }
+        }
+        std::map<QWidget*, QRegion> covered;
+        for (const auto& [window, outlines] : layout)
+        {
+            if (window->windowType() == Qt::Popup)
+            {
+                continue;
+            }
+            covered[window] = popups;
+            if (active && window != active)
+            {
+                covered[window] += active->frameGeometry();
+            }
+        }
+        return covered;
+    }
+
     // The entries behind the smallest outline under the mouse pointer, next to it.
     void Hover(const Layout& layout)
     {
@@ -79,6 +110,10 @@ public:
         const Gui::Outline* under = nullptr;
         for (const auto& [window, outlines] : layout)
         {
+            if (covered[window].contains(position))
+            {
+                continue;
+            }
             for (const Gui::Outline& outline : outlines)
             {
                 if (outline.rect.contains(position) &&
@@ -140,6 +175,7 @@ public:
     bool unhooked = true;
     QTimer timer;
     QPointer<QWidget> activeWindow;
+    std::map<QWidget*, QRegion> covered;
     // One for each window with outlines; the guarded pointer tells a destroyed window from
     // another made at its address.
     std::vector<Over> overlays;

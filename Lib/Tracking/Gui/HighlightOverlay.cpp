@@ -101,7 +101,8 @@ HighlightOverlay::HighlightOverlay()
     PrepareOverlayWindow(this);
 }
 
-void HighlightOverlay::Show(const QRect& geometry, const std::vector<Outline>& outlines)
+void HighlightOverlay::Show(const QRect& geometry, const std::vector<Outline>& outlines,
+                            const QRegion& covered)
 {
     std::vector<Outline> local;
     local.reserve(outlines.size());
@@ -109,9 +110,28 @@ void HighlightOverlay::Show(const QRect& geometry, const std::vector<Outline>& o
     {
         local.push_back({outline.rect.translated(-geometry.topLeft()), outline.style, QString()});
     }
-    if (local.empty())
+    const QRegion visible =
+        QRegion(QRect(QPoint(0, 0), geometry.size())) - covered.translated(-geometry.topLeft());
+    if (local != m_outlines || visible != m_visible)
     {
-        m_outlines.clear();
+        m_outlines = std::move(local);
+        m_visible = visible;
+        QBitmap shape(geometry.size());
+        shape.fill(Qt::color0);
+        QPainter painter(&shape);
+        painter.setClipRegion(m_visible);
+        Draw([&](const QRect& rect, OutlineStyle) { painter.fillRect(rect, Qt::color1); });
+        painter.end();
+        m_shape = QRegion(shape);
+        // An empty mask would be no mask at all: the whole window would show.
+        if (!m_shape.isEmpty())
+        {
+            setMask(m_shape);
+        }
+        update();
+    }
+    if (m_shape.isEmpty())
+    {
         hide();
         return;
     }
@@ -119,23 +139,13 @@ void HighlightOverlay::Show(const QRect& geometry, const std::vector<Outline>& o
     {
         setGeometry(geometry);
     }
-    if (local != m_outlines)
-    {
-        m_outlines = std::move(local);
-        QBitmap shape(geometry.size());
-        shape.fill(Qt::color0);
-        QPainter painter(&shape);
-        Draw([&](const QRect& rect, OutlineStyle) { painter.fillRect(rect, Qt::color1); });
-        painter.end();
-        setMask(shape);
-        update();
-    }
     ShowOverlayWindow(this);
 }
 
 void HighlightOverlay::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setClipRegion(m_visible);
     Draw([&](const QRect& rect, OutlineStyle style)
          { painter.fillRect(rect, OutlineColor(style)); });
 }

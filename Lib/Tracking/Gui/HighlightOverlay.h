@@ -3,6 +3,7 @@
 #include "Tracking/Gui/HighlightMarks.h"
 
 #include <QColor>
+#include <QRegion>
 #include <QWidget>
 
 #include <vector>
@@ -30,9 +31,9 @@ class HighlightOverlay : public QWidget
 public:
     HighlightOverlay();
 
-    // Covers `geometry` (global) and draws `outlines` (global coordinates); hides when there
-    // are none. Reshapes and repaints only what changed.
-    void Show(const QRect& geometry, const std::vector<Outline>& outlines);
+    // Covers `geometry` and draws `outlines` but where `covered` (all in global coordinates);
+    // hides when nothing is left to draw. Reshapes and repaints only when something changed.
+    void Show(const QRect& geometry, const std::vector<Outline>& outlines, const QRegion& covered);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -42,7 +43,11 @@ private:
     template <class Fill>
     void Draw(const Fill& fill) const;
 
-    std::vector<Outline> m_outlines;  // in the overlay's coordinates
+    // In the overlay's coordinates.
+    std::vector<Outline> m_outlines;
+    QRegion m_visible;
+    // Where the outlines are drawn: the window's shape.
+    QRegion m_shape;
 };
 
 }  // namespace Velkor::KT::Tracking::Gui
