@@ -22,10 +22,10 @@
 #include <QMetaProperty>
 #include <QPushButton>
 #include <QScreen>
-#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -195,14 +195,6 @@ TEST_P(HookHighlightOutlineTest, OutlinesWhatTheReportsSaid)
         EXPECT_NE(found[0].text.toStdString().find(says), std::string::npos)
             << found[0].text.toStdString();
     }
-    if (GetParam().style == Style::Unhooked)
-    {
-        const auto hookedOnly = marks.OutlinesByWindow(false);
-        for (const Outline& outline : hookedOnly.begin()->second)
-        {
-            EXPECT_NE(outline.style, Style::Unhooked);
-        }
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Widgets, HookHighlightOutlineTest, testing::ValuesIn(kOutlineRows),
@@ -303,10 +295,11 @@ TEST(HookHighlightScreenTest, OutlinesHookedWidgetsAndLeavesTheHostAlone)
     ASSERT_TRUE(KtTest::PumpUntil(
         [&]
         {
-            for (QWidget* window : ToolTipWindows())
-            {
-                info = qobject_cast<QLabel*>(window) ? qobject_cast<QLabel*>(window) : info;
-            }
+            const auto windows = ToolTipWindows();
+            const auto label = std::find_if(windows.begin(), windows.end(),
+                                            [](QWidget* window)
+                                            { return qobject_cast<QLabel*>(window) != nullptr; });
+            info = label != windows.end() ? static_cast<QLabel*>(*label) : nullptr;
             return info != nullptr;
         },
         std::chrono::seconds(10)));
@@ -380,23 +373,8 @@ TEST(HookHighlightScreenTest, OutlinesHookedWidgetsAndLeavesTheHostAlone)
     EXPECT_EQ(QColor(behind.pixel(pointer)), hooked);
     front.close();
 
-    // Closing the host's only window ends the event loop, outlines or not.
-    bool timedOut = false;
-    QTimer guard;
-    guard.setSingleShot(true);
-    QObject::connect(&guard, &QTimer::timeout,
-                     [&]
-                     {
-                         timedOut = true;
-                         QCoreApplication::quit();
-                     });
-    guard.start(10000);
-    QTimer::singleShot(0, &host.window, &QWidget::close);
-    QApplication::exec();
-    EXPECT_FALSE(timedOut) << "a window of the highlight kept the event loop running";
-
     highlight.SetShown(false);
-    EXPECT_TRUE(ToolTipWindows().empty());
+    EXPECT_TRUE(ToolTipWindows().empty()) << "hidden, the highlight keeps no window";
 }
 
 }  // namespace
