@@ -211,8 +211,9 @@ QString AttachReport::ToText(const QString& fileName) const
         }
         for (const Problem& problem : entry.problems)
         {
-            text += location + QStringLiteral(": warning: ") + Name(entry) + QStringLiteral(": ") +
-                    problem.text + QLatin1Char('\n');
+            text += location + QStringLiteral(": warning: ") + ElementName(entry.kind) +
+                    QStringLiteral(" \"") + entry.id + QStringLiteral("\": ") + problem.text +
+                    QLatin1Char('\n');
         }
     }
     return text;

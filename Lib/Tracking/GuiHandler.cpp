@@ -75,6 +75,10 @@ public:
 
     static void Log(const AttachReport& report)
     {
+        if (!VLOG_IS_ON(1))
+        {
+            return;
+        }
         if (VLOG_IS_ON(2))
         {
             VLOG(2) << "GUI " << report.ToText().toStdString();

@@ -44,10 +44,28 @@ int EntryTable::Add(const Entry& element, int parent)
     entry.idIsRegExp = element.idIsRegExp();
     entry.idIsRoot = element.idIsRoot();
     entry.parent = parent;
-    ForEachSignal(element, [&](SignalTrigger, const Config::Signal& signal)
-                  { entry.events.append(QString::fromStdString(signal.event())); });
-    ForEachOwnTrigger(element, [&](const char*, const Config::Event& trigger)
-                      { entry.events.append(QString::fromStdString(trigger.event())); });
+    Triggers triggers;
+    ForEachSignal(
+        element,
+        [&](SignalTrigger trigger, const Config::Signal& signal)
+        {
+            const QString event = QString::fromStdString(signal.event());
+            const SignalText text = SignalText::Parse(signal.signal());
+            triggers.signalHooks.push_back({{QLatin1String(SignalTriggerName(trigger)), event,
+                                             QString::fromStdString(signal.signal())},
+                                            text.signature,
+                                            text.malformed,
+                                            ParameterMismatch(trigger, text)});
+            entry.events.append(event);
+        });
+    ForEachOwnTrigger(element,
+                      [&](const char* name, const Config::Event& trigger)
+                      {
+                          const QString event = QString::fromStdString(trigger.event());
+                          triggers.own.append({QLatin1String(name), event, QString()});
+                          entry.events.append(event);
+                      });
+    m_triggers.push_back(std::move(triggers));
     const int index = int(m_elements.size());
     m_elements.push_back(&element);
     m_index.emplace(&element, index);

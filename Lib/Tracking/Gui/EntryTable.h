@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Tracking/AttachReport.h"
+#include "Tracking/Gui/SignalText.h"
 
 #include <QVector>
 
@@ -28,6 +29,28 @@ namespace Gui
 class EntryTable
 {
 public:
+    // A `signal`, `intSignal` or `stringSignal` of an entry, read once.
+    struct SignalHook
+    {
+        AttachReport::Hook hook;
+        // Normalised, without the code prefix.
+        QByteArray signature;
+        // Why Qt refuses the text (SignalText::malformed), or why its parameters do not fit the
+        // trigger's slot (ParameterMismatch()); both empty when it can be connected.
+        QString malformed;
+        QString mismatch;
+
+        bool Connectable() const { return malformed.isEmpty() && mismatch.isEmpty(); }
+    };
+
+    // The triggers an entry hooks on each of its objects.
+    struct Triggers
+    {
+        QVector<AttachReport::Hook> own;
+        // Hooked only by `object` entries.
+        std::vector<SignalHook> signalHooks;
+    };
+
     EntryTable(const Config::Gui& section, const std::vector<int>& lines);
 
     int Count() const { return int(m_elements.size()); }
@@ -36,6 +59,7 @@ public:
     const Config::Object& Element(int index) const { return *m_elements[std::size_t(index)]; }
     // The entries as the report lists them, without matches or problems.
     const QVector<AttachReport::Entry>& Entries() const { return m_entries; }
+    const Triggers& TriggersOf(int index) const { return m_triggers[std::size_t(index)]; }
 
 private:
     template <class Entry>
@@ -45,6 +69,7 @@ private:
     std::vector<const Config::Object*> m_elements;
     std::unordered_map<const Config::Object*, int> m_index;
     QVector<AttachReport::Entry> m_entries;
+    std::vector<Triggers> m_triggers;
 };
 
 }  // namespace Gui

@@ -3,10 +3,10 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
-#include <QStringList>
 
 #include <map>
 #include <utility>
+#include <vector>
 
 namespace Velkor::KT::Tracking::Gui
 {
@@ -19,9 +19,19 @@ template <class Node>
 class HookLedger
 {
 public:
+    // One way an object was reached: the attach (its name in reports), and the object whose
+    // tree the entry's id was searched in when that was not the attach's own start.
+    struct Way
+    {
+        QString attach;
+        Node from{};
+        QPointer<QObject> fromObject;  // live trees: tells whether `from` still exists
+        bool fromStart = true;
+    };
+
     // Notes that entry `entry` hooked `node` (the QObject itself for a live tree, else null)
-    // along `way`, and returns the ways it had been hooked along before.
-    QStringList Record(Node node, QObject* object, int entry, const QString& way)
+    // along `way`, and returns all the ways it has been hooked along, this one last.
+    const std::vector<Way>& Record(Node node, QObject* object, int entry, Way way)
     {
         Ways& ways = m_ways[{node, entry}];
         if (ways.live && ways.object.isNull())
@@ -30,9 +40,8 @@ public:
         }
         ways.object = object;
         ways.live = object != nullptr;
-        QStringList before = ways.ways;
-        ways.ways.append(way);
-        return before;
+        ways.ways.push_back(std::move(way));
+        return ways.ways;
     }
 
     // Forgets everything: the entries of another section are other entries.
@@ -61,7 +70,7 @@ private:
     {
         QPointer<QObject> object;
         bool live = false;
-        QStringList ways;
+        std::vector<Way> ways;
     };
 
     std::map<std::pair<Node, int>, Ways> m_ways;

@@ -2,18 +2,24 @@
 
 #include <QStringList>
 
+#include <cstring>
+
 namespace Velkor::KT::Tracking
 {
 
 namespace
 {
 
-QString Segment(const QObject* object)
+// Whether two objects stand alike in a path: by their names, or by their classes when both
+// have none.
+bool StandAlike(const QObject* a, const QString& name, const QObject* b)
 {
-    const QString name = object->objectName();
-    return name.isEmpty() ? QLatin1Char('(') + QLatin1String(object->metaObject()->className()) +
-                                QLatin1Char(')')
-                          : name;
+    const QString other = b->objectName();
+    if (!name.isEmpty() || !other.isEmpty())
+    {
+        return name == other;
+    }
+    return std::strcmp(a->metaObject()->className(), b->metaObject()->className()) == 0;
 }
 
 }  // namespace
@@ -28,7 +34,11 @@ QString ObjectPath(const QObject* object)
     QStringList segments;
     for (; object; object = object->parent())
     {
-        QString segment = Segment(object);
+        const QString name = object->objectName();
+        QString segment = name.isEmpty() ? QLatin1Char('(') +
+                                               QLatin1String(object->metaObject()->className()) +
+                                               QLatin1Char(')')
+                                         : name;
         if (const QObject* parent = object->parent())
         {
             int same = 1;
@@ -38,7 +48,7 @@ QString ObjectPath(const QObject* object)
                 {
                     break;
                 }
-                same += Segment(sibling) == segment ? 1 : 0;
+                same += StandAlike(object, name, sibling) ? 1 : 0;
             }
             if (same > 1)
             {

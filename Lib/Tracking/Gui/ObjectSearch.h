@@ -35,6 +35,7 @@ class IdPart
 public:
     IdPart(const QString& part, bool isRegExp);
 
+    bool IsExpression() const { return m_expression.has_value(); }
     bool MatchesStart(const QString& name) const;
     bool MatchesDescendant(const QString& name) const;
 
@@ -50,7 +51,8 @@ struct SearchTrace
     // For each match, the object whose tree the path's last part was matched in: the start, or
     // an object that an earlier part found.
     std::vector<Node> from;
-    // Objects whose names the last part matches but whose class the search does not take.
+    // Objects whose names the last part matches but whose class the search does not take (for a
+    // regular expression, only the start object is tried).
     std::vector<Node> wrongClass;
 };
 
@@ -143,22 +145,38 @@ private:
         {
             return;
         }
+        if constexpr (kTraced)
+        {
+            // Names first: the objects of a name that have another class are wanted too. An
+            // expression is costlier than a class test, so expressions are tried on the
+            // objects of the class only, and find no others.
+            if (trace && !part.IsExpression())
+            {
+                Tree::ForEachDescendant(from,
+                                        [&](Node descendant)
+                                        {
+                                            if (part.MatchesDescendant(Tree::Name(descendant)))
+                                            {
+                                                if (Tree::IsA(descendant, required))
+                                                {
+                                                    found(descendant);
+                                                }
+                                                else
+                                                {
+                                                    trace->wrongClass.push_back(descendant);
+                                                }
+                                            }
+                                        });
+                return;
+            }
+        }
         Tree::ForEachDescendant(from,
                                 [&](Node descendant)
                                 {
-                                    if (Tree::IsA(descendant, required))
+                                    if (Tree::IsA(descendant, required) &&
+                                        part.MatchesDescendant(Tree::Name(descendant)))
                                     {
-                                        if (part.MatchesDescendant(Tree::Name(descendant)))
-                                        {
-                                            found(descendant);
-                                        }
-                                    }
-                                    else if constexpr (kTraced)
-                                    {
-                                        if (trace && part.MatchesDescendant(Tree::Name(descendant)))
-                                        {
-                                            trace->wrongClass.push_back(descendant);
-                                        }
+                                        found(descendant);
                                     }
                                 });
     }

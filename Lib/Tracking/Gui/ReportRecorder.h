@@ -67,7 +67,7 @@ public:
             record.className = Tree::ClassName(match);
             if (entry.kind == AttachReport::ElementKind::Object || !m_target || match == m_target)
             {
-                record.hooks = Hooks(match, element, record.className, entry);
+                record.hooks = Hooks(match, index, record.className, entry);
             }
             if (!record.hooks.isEmpty())
             {
@@ -96,66 +96,68 @@ public:
     }
 
 private:
-    template <class Entry>
-    QVector<AttachReport::Hook> Hooks(Node match, const Entry& element, const QString& className,
+    QVector<AttachReport::Hook> Hooks(Node match, int index, const QString& className,
                                       AttachReport::Entry& entry)
     {
-        QVector<AttachReport::Hook> hooks;
-        ForEachOwnTrigger(element,
-                          [&](const char* trigger, const Config::Event& event) {
-                              hooks.append({QLatin1String(trigger),
-                                            QString::fromStdString(event.event()), QString()});
-                          });
+        const EntryTable::Triggers& triggers = m_table.TriggersOf(index);
         if (entry.kind != AttachReport::ElementKind::Object)
         {
-            return hooks;
+            return triggers.own;
         }
-        ForEachSignal(
-            element,
-            [&](SignalTrigger trigger, const Config::Signal& signal)
+        QVector<AttachReport::Hook> hooks;
+        for (const EntryTable::SignalHook& signal : triggers.signalHooks)
+        {
+            if (!signal.Connectable())
             {
-                const SignalText text = SignalText::Parse(signal.signal());
-                if (!text.malformed.isEmpty() || !ParameterMismatch(trigger, text).isEmpty())
-                {
-                    return;  // the section's own problems say why
-                }
-                if (!Tree::HasSignal(match, text.signature))
-                {
-                    AddProblem(entry, AttachReport::ProblemKind::MissingSignal,
-                               QStringLiteral("%1 has no signal %2")
-                                   .arg(className, QString::fromLatin1(text.signature)));
-                    return;
-                }
-                hooks.append({QLatin1String(SignalTriggerName(trigger)),
-                              QString::fromStdString(signal.event()),
-                              QString::fromStdString(signal.signal())});
-            });
+                continue;  // the section's own problems say why
+            }
+            if (Tree::HasSignal(match, signal.signature))
+            {
+                hooks.append(signal.hook);
+                continue;
+            }
+            AddProblem(entry, AttachReport::ProblemKind::MissingSignal,
+                       QStringLiteral("%1 has no signal %2")
+                           .arg(className, QString::fromLatin1(signal.signature)));
+        }
         return hooks;
     }
 
     void NoteHooked(Node match, int index, AttachReport::Entry& entry,
                     const AttachReport::Match& record, Node from)
     {
-        QString way = QStringLiteral("the attach of ") + m_attach;
-        if (from != m_root)
+        typename HookLedger<Node>::Way way{m_attach, from, nullptr, from == m_root};
+        if (!way.fromStart)
         {
-            way += QStringLiteral(" from '") + Tree::Path(from) + QLatin1Char('\'');
+            way.fromObject = Tree::Object(from);
         }
-        QStringList ways = m_ledger.Record(match, Tree::Object(match), index, way);
-        if (ways.isEmpty())
+        const auto& ways = m_ledger.Record(match, Tree::Object(match), index, std::move(way));
+        if (ways.size() < 2)
         {
             return;
         }
-        ways.append(way);
+        QStringList texts;
+        for (const auto& earlier : ways)
+        {
+            QString text = QStringLiteral("the attach of ") + earlier.attach;
+            if (!earlier.fromStart)
+            {
+                const bool gone = Tree::Object(earlier.from) && earlier.fromObject.isNull();
+                text +=
+                    gone ? QStringLiteral(" from an object destroyed since")
+                         : QStringLiteral(" from '") + Tree::Path(earlier.from) + QLatin1Char('\'');
+            }
+            texts.append(text);
+        }
         QStringList triggers;
         for (const AttachReport::Hook& hook : record.hooks)
         {
             triggers.append(hook.trigger);
         }
         AddHookedTwice(entry, QLatin1Char('\'') + record.path + QStringLiteral("' hooked ") +
-                                  QString::number(ways.size()) + QStringLiteral(" times: by ") +
-                                  ways.join(QStringLiteral(" and by ")) +
-                                  RepeatedHooksEffect(triggers, ways.size()));
+                                  QString::number(texts.size()) + QStringLiteral(" times: by ") +
+                                  texts.join(QStringLiteral(" and by ")) +
+                                  RepeatedHooksEffect(triggers, texts.size()));
     }
 
     const EntryTable& m_table;

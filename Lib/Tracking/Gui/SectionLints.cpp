@@ -3,7 +3,6 @@
 #include "Tracking/Config/KtmStat.h"
 #include "Tracking/Gui/ElementKinds.h"
 #include "Tracking/Gui/EntryTable.h"
-#include "Tracking/Gui/SignalText.h"
 
 #include <QRegExp>
 #include <QStringList>
@@ -56,31 +55,28 @@ void CheckId(const Config::Object& element, AttachReport::Entry& entry)
     }
 }
 
-void CheckSignals(const Config::Object& element, AttachReport::Entry& entry)
+void CheckSignals(const EntryTable::Triggers& triggers, AttachReport::Entry& entry)
 {
     const bool hooked = entry.kind == AttachReport::ElementKind::Object;
-    ForEachSignal(
-        element,
-        [&](SignalTrigger trigger, const Config::Signal& signal)
+    for (const EntryTable::SignalHook& signal : triggers.signalHooks)
+    {
+        const QString what =
+            signal.hook.trigger + QStringLiteral(" \"") + signal.hook.signal + QLatin1Char('"');
+        if (!signal.malformed.isEmpty())
         {
-            const QString what = QLatin1String(SignalTriggerName(trigger)) + QLatin1Char(' ') +
-                                 Quoted(signal.signal());
-            const SignalText text = SignalText::Parse(signal.signal());
-            if (!text.malformed.isEmpty())
-            {
-                AddProblem(entry, Kind::MalformedSignal,
-                           what + QLatin1Char(' ') + text.malformed + ": it is never connected");
-            }
-            else if (const QString mismatch = ParameterMismatch(trigger, text); !mismatch.isEmpty())
-            {
-                AddProblem(entry, Kind::TriggerMismatch, what + QLatin1Char(' ') + mismatch);
-            }
-            if (!hooked)
-            {
-                AddProblem(entry, Kind::TriggerMismatch,
-                           what + " is never hooked: only object entries hook signals");
-            }
-        });
+            AddProblem(entry, Kind::MalformedSignal,
+                       what + QLatin1Char(' ') + signal.malformed + ": it is never connected");
+        }
+        else if (!signal.mismatch.isEmpty())
+        {
+            AddProblem(entry, Kind::TriggerMismatch, what + QLatin1Char(' ') + signal.mismatch);
+        }
+        if (!hooked)
+        {
+            AddProblem(entry, Kind::TriggerMismatch,
+                       what + " is never hooked: only object entries hook signals");
+        }
+    }
 }
 
 void CheckCondition(const Config::Action& action, AttachReport::Entry& entry)
@@ -207,7 +203,7 @@ void AddSectionProblems(const EntryTable& table, QVector<AttachReport::Entry>& e
         const Config::Object& element = table.Element(i);
         AttachReport::Entry& entry = entries[i];
         CheckId(element, entry);
-        CheckSignals(element, entry);
+        CheckSignals(table.TriggersOf(i), entry);
         if (entry.kind == AttachReport::ElementKind::Action)
         {
             CheckCondition(static_cast<const Config::Action&>(element), entry);
