@@ -12,10 +12,13 @@
 #include "Tracking/StatisticsManager.h"
 #include "Tracking/Tracking.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -95,6 +98,19 @@ bool WriteTree(const QString& path)
     return true;
 }
 
+// The Developer menu's entry, also on F12 in every window, switches the outlines of the hooked
+// widgets on and off.
+void AddHighlightSwitch(QMainWindow& window, HookHighlight& highlight)
+{
+    QAction* const toggle =
+        window.menuBar()->addMenu("&Developer")->addAction("Highlight hooked widgets");
+    toggle->setCheckable(true);
+    toggle->setShortcut(QKeySequence(Qt::Key_F12));
+    toggle->setShortcutContext(Qt::ApplicationShortcut);
+    QObject::connect(toggle, &QAction::toggled, &window,
+                     [&highlight](bool on) { highlight.SetShown(on); });
+}
+
 void SaveScreen(const QString& path)
 {
     QScreen* screen = QGuiApplication::primaryScreen();
@@ -154,10 +170,23 @@ int RunDemo(const DemoOptions& options)
                                  FillerTypes::HardwareConfig, FillerTypes::OSConfig});
     manager->SetConfig(LoadConfigFromQrc(documents.main));
 
+    // An interactive session can outline what the gui section hooked; the highlight takes the
+    // report of every attach.
+    std::unique_ptr<HookHighlight> highlight;
+    if (options.interactive)
+    {
+        highlight = std::make_unique<HookHighlight>();
+        manager->SetAttachReportSink(highlight->ReportSink());
+    }
+
     SimulatedClock clock;
     Recorder recorder(services, clock);
     auto window = std::make_unique<MainWindow>(
         services, recorder, [&manager](QWidget* created) { manager->AttachQObject(created); });
+    if (highlight)
+    {
+        AddHighlightSwitch(*window, *highlight);
+    }
     manager->AttachAllTopLevelWindows();
     manager->AttachInstances();
     window->show();

@@ -2,7 +2,9 @@
 //
 //   KtDemoHost                    plays a scripted session headless and prints every delivered
 //                                 event on stdout, in the viewer's text form
-//   KtDemoHost --interactive      shows the recorder and the live viewer until they are closed
+//   KtDemoHost --interactive      shows the recorder and the live viewer until they are closed;
+//                                 F12 (or Developer > Highlight hooked widgets) outlines the
+//                                 widgets that the gui section hooked
 //   KtDemoHost --interactive --script [--screenshot FILE]
 //                                 plays the session visibly; FILE gets the screen before it quits
 //

@@ -19,6 +19,7 @@
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 #include "Tracking/GuiHandler.h"
+#include "Tracking/HookHighlight.h"
 #include "Tracking/IRuleTraceListener.h"
 #include "Tracking/IStatisticsManager.h"
 #include "Tracking/ObjectTree.h"

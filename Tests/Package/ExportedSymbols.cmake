@@ -18,7 +18,7 @@ endforeach()
 # QDebug output of an AttachReport.
 set(public
     Event IKtTracker IKtTrackingEndpoint EventText
-    StatisticsManager IStatisticsManager GuiHandler InstancesHandler
+    StatisticsManager IStatisticsManager GuiHandler HookHighlight InstancesHandler
     FilterKtTracker AggregatorKtTracker ForwardKtTracker AppCoreKtTracker DebugKtTracker
     LoadConfigFromQrc FillerTypes Config Fillers
     AttachReport CheckGuiSection DumpObjectTree DumpTopLevelWidgets MatchObjectTree operator
