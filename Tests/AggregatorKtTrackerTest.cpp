@@ -3,6 +3,7 @@
 #include "Support/EventPrinting.h"
 #include "Support/LogCapture.h"
 #include "Support/RecordingTracker.h"
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
@@ -47,14 +48,7 @@ struct Row
     Events expected;
 };
 
-void PrintTo(const Row& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class AggregatorTest : public testing::TestWithParam<Row>
-{
-};
+using AggregatorTest = KtTest::Table<Row>;
 
 TEST_P(AggregatorTest, MergesCausesIntoTheNextMainEvent)
 {
@@ -81,58 +75,67 @@ const std::string kAffectingFirst =
     "<aggregator><event event=\"B\"><affectingEventName>A</affectingEventName></event>"
     "<event event=\"A\"><affectingEventName>X</affectingEventName></event></aggregator>";
 
-INSTANTIATE_TEST_SUITE_P(
-    Rules, AggregatorTest,
-    testing::Values(
-        Row{"TrayCauseReachesOnlyTheNextStart", kShipped,
-            {{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}},
-             {"CAPTURE_START", {{"A", "1"}}},
-             {"CAPTURE_START", {{"A", "2"}}}},
-            {{"CAPTURE_START", {{"A", "1"}, {"METHOD", "TRAY"}}}, {"CAPTURE_START", {{"A", "2"}}}}},
-        Row{"HotkeyFeedsStartAndStopUntilReplaced", kShipped,
-            {{"HOTKEY_CAPTURE_START_STOP_EVENT", {{"METHOD", "HOTKEY"}}},
-             {"CAPTURE_START", {}},
-             {"BUTTON_CAPTURE_STOP_EVENT", {{"BUTTON", "stop"}}},
-             {"CAPTURE_STOP", {}}},
-            {{"CAPTURE_START", {{"METHOD", "HOTKEY"}}}, {"CAPTURE_STOP", {{"BUTTON", "stop"}}}}},
-        Row{"LastCauseWinsWhole", kShipped,
-            {{"MENU_BAR_CAPTURE_START_EVENT", {{"METHOD", "MENU"}, {"EXTRA", "1"}}},
-             {"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}},
-             {"CAPTURE_START", {}}},
-            {{"CAPTURE_START", {{"METHOD", "TRAY"}}}}},
-        Row{"CauseBeatsTheMainEventsOwnValue", kShipped,
-            {{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}},
-             {"CAPTURE_START", {{"METHOD", "OWN"}, {"Z", "z"}}}},
-            {{"CAPTURE_START", {{"METHOD", "TRAY"}, {"Z", "z"}}}}},
-        Row{"SharedListKeepsOneCopyPerMainEvent", kShipped,
-            {{"HOTKEY_TAKE_SCREENSHOT_EVENT", {{"METHOD", "HOTKEY_CAPTURING"}}},
-             {"SCREENSHOT_SAVE", {}},
-             {"SCREENSHOT_ERROR", {}},
-             {"SCREENSHOT_SAVE", {}}},
-            {{"SCREENSHOT_SAVE", {{"METHOD", "HOTKEY_CAPTURING"}}},
-             {"SCREENSHOT_ERROR", {{"METHOD", "HOTKEY_CAPTURING"}}},
-             {"SCREENSHOT_SAVE", {}}}},
-        Row{"PauseAndResumeShareTheButton", kShipped,
-            {{"BUTTON_CAPTURE_PAUSE_RESUME_EVENT", {{"METHOD", "BUTTON"}}},
-             {"CAPTURE_RESUME", {}},
-             {"CAPTURE_PAUSE", {}}},
-            {{"CAPTURE_RESUME", {{"METHOD", "BUTTON"}}}, {"CAPTURE_PAUSE", {{"METHOD", "BUTTON"}}}}},
-        Row{"OtherEventsPassEmptyNamesDont", kShipped,
-            {{"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}}, {"", {{"K", "v"}}}},
-            {{"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}}}},
-        Row{"EmptyCauseMergesNothing", kShipped,
-            {{"TRAY_CAPTURE_START_EVENT", {}}, {"CAPTURE_START", {{"A", "1"}}}},
-            {{"CAPTURE_START", {{"A", "1"}}}}},
-        Row{"BlockWithoutCausesPassesItsMainEvent",
-            "<aggregator><event event=\"M\"/></aggregator>",
-            {{"M", {{"K", "v"}}}}, {{"M", {{"K", "v"}}}}},
-        Row{"MainAndAffectingMainBlockFirst", kMainFirst,
-            {{"X", {{"k", "1"}}}, {"A", {{"a", "2"}}}, {"B", {}}},
-            {{"B", {{"a", "2"}, {"k", "1"}}}}},
-        Row{"MainAndAffectingAffectingBlockFirst", kAffectingFirst,
-            {{"X", {{"k", "1"}}}, {"A", {{"a", "2"}}}, {"B", {}}, {"A", {}}, {"B", {}}},
-            {{"B", {{"a", "2"}}}, {"B", {}}}}),
-    [](const testing::TestParamInfo<Row>& info) { return std::string(info.param.label); });
+KT_ROWS(
+    AggregatorTest,
+    {Row{"TrayCauseReachesOnlyTheNextStart",
+         kShipped,
+         {{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}},
+          {"CAPTURE_START", {{"A", "1"}}},
+          {"CAPTURE_START", {{"A", "2"}}}},
+         {{"CAPTURE_START", {{"A", "1"}, {"METHOD", "TRAY"}}}, {"CAPTURE_START", {{"A", "2"}}}}},
+     Row{"HotkeyFeedsStartAndStopUntilReplaced",
+         kShipped,
+         {{"HOTKEY_CAPTURE_START_STOP_EVENT", {{"METHOD", "HOTKEY"}}},
+          {"CAPTURE_START", {}},
+          {"BUTTON_CAPTURE_STOP_EVENT", {{"BUTTON", "stop"}}},
+          {"CAPTURE_STOP", {}}},
+         {{"CAPTURE_START", {{"METHOD", "HOTKEY"}}}, {"CAPTURE_STOP", {{"BUTTON", "stop"}}}}},
+     Row{"LastCauseWinsWhole",
+         kShipped,
+         {{"MENU_BAR_CAPTURE_START_EVENT", {{"METHOD", "MENU"}, {"EXTRA", "1"}}},
+          {"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}},
+          {"CAPTURE_START", {}}},
+         {{"CAPTURE_START", {{"METHOD", "TRAY"}}}}},
+     Row{"CauseBeatsTheMainEventsOwnValue",
+         kShipped,
+         {{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}},
+          {"CAPTURE_START", {{"METHOD", "OWN"}, {"Z", "z"}}}},
+         {{"CAPTURE_START", {{"METHOD", "TRAY"}, {"Z", "z"}}}}},
+     Row{"SharedListKeepsOneCopyPerMainEvent",
+         kShipped,
+         {{"HOTKEY_TAKE_SCREENSHOT_EVENT", {{"METHOD", "HOTKEY_CAPTURING"}}},
+          {"SCREENSHOT_SAVE", {}},
+          {"SCREENSHOT_ERROR", {}},
+          {"SCREENSHOT_SAVE", {}}},
+         {{"SCREENSHOT_SAVE", {{"METHOD", "HOTKEY_CAPTURING"}}},
+          {"SCREENSHOT_ERROR", {{"METHOD", "HOTKEY_CAPTURING"}}},
+          {"SCREENSHOT_SAVE", {}}}},
+     Row{"PauseAndResumeShareTheButton",
+         kShipped,
+         {{"BUTTON_CAPTURE_PAUSE_RESUME_EVENT", {{"METHOD", "BUTTON"}}},
+          {"CAPTURE_RESUME", {}},
+          {"CAPTURE_PAUSE", {}}},
+         {{"CAPTURE_RESUME", {{"METHOD", "BUTTON"}}}, {"CAPTURE_PAUSE", {{"METHOD", "BUTTON"}}}}},
+     Row{"OtherEventsPassEmptyNamesDont",
+         kShipped,
+         {{"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}}, {"", {{"K", "v"}}}},
+         {{"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}}}},
+     Row{"EmptyCauseMergesNothing",
+         kShipped,
+         {{"TRAY_CAPTURE_START_EVENT", {}}, {"CAPTURE_START", {{"A", "1"}}}},
+         {{"CAPTURE_START", {{"A", "1"}}}}},
+     Row{"BlockWithoutCausesPassesItsMainEvent",
+         "<aggregator><event event=\"M\"/></aggregator>",
+         {{"M", {{"K", "v"}}}},
+         {{"M", {{"K", "v"}}}}},
+     Row{"MainAndAffectingMainBlockFirst",
+         kMainFirst,
+         {{"X", {{"k", "1"}}}, {"A", {{"a", "2"}}}, {"B", {}}},
+         {{"B", {{"a", "2"}, {"k", "1"}}}}},
+     Row{"MainAndAffectingAffectingBlockFirst",
+         kAffectingFirst,
+         {{"X", {{"k", "1"}}}, {"A", {{"a", "2"}}}, {"B", {}}, {"A", {}}, {"B", {}}},
+         {{"B", {{"a", "2"}}}, {"B", {}}}}});
 
 TEST(AggregatorKtTrackerTest, WithoutDocumentPassesEverythingButEmptyNames)
 {
@@ -146,8 +149,7 @@ TEST(AggregatorKtTrackerTest, HeldCausesSurviveANewDocument)
     Stage stage;
     stage.aggregator->SetConfig(LoadConfigFromQrc(kShipped));
     stage.aggregator->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}});
-    stage.aggregator->SetConfig(
-        "<aggregator><event event=\"CAPTURE_START\"/></aggregator>");
+    stage.aggregator->SetConfig("<aggregator><event event=\"CAPTURE_START\"/></aggregator>");
     stage.aggregator->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "IGNORED"}}});
     stage.aggregator->Track({"CAPTURE_START", {}});
     EXPECT_EQ(stage.out->Events(), (Events{{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "IGNORED"}}},
@@ -159,7 +161,8 @@ TEST(AggregatorKtTrackerTest, BadDocumentIsLoggedAndTheOldOneKept)
     Stage stage;
     stage.aggregator->SetConfig(LoadConfigFromQrc(kShipped));
     KtTest::LogCapture log;
-    stage.aggregator->SetConfig("<aggregator><event><affectingEventName>X</affectingEventName></event></aggregator>");
+    stage.aggregator->SetConfig(
+        "<aggregator><event><affectingEventName>X</affectingEventName></event></aggregator>");
     stage.aggregator->SetConfig("<filter/>");
     const auto lines = log.Lines();
     ASSERT_EQ(lines.size(), 2u);
@@ -170,8 +173,9 @@ TEST(AggregatorKtTrackerTest, BadDocumentIsLoggedAndTheOldOneKept)
     }
     EXPECT_NE(lines[0].message.find("event"), std::string::npos) << lines[0].message;
     EXPECT_NE(lines[1].message.find("aggregator"), std::string::npos) << lines[1].message;
-    EXPECT_EQ(stage.Run({{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}}, {"CAPTURE_START", {}}}),
-              (Events{{"CAPTURE_START", {{"METHOD", "TRAY"}}}}));
+    EXPECT_EQ(
+        stage.Run({{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}}, {"CAPTURE_START", {}}}),
+        (Events{{"CAPTURE_START", {{"METHOD", "TRAY"}}}}));
 }
 
 TEST(AggregatorKtTrackerTest, NullSuccessorIsRefused)
@@ -195,7 +199,9 @@ TEST(ChainTest, RoadOfOneEvent)
     EXPECT_TRUE(out->Events().empty()) << "the cause must be held back";
 
     filter->Track({"CAPTURE_STOP",
-                   {{"DURATION", "90"}, {"FILE_SIZE", "5242880"}, {"AUDIO_SOURCES", ""},
+                   {{"DURATION", "90"},
+                    {"FILE_SIZE", "5242880"},
+                    {"AUDIO_SOURCES", ""},
                     {"STOP_REASON", "USER"}}});
     EXPECT_EQ(out->Events(), (Events{{"CAPTURE_STOP",
                                       {{"AUDIO_SOURCES", "OFF"},

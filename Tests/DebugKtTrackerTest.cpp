@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QPointer>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <memory>
 #include <sstream>
@@ -219,6 +220,32 @@ TEST_F(DebugKtTrackerTest, ItemsAreTallEnoughForAllTheirLines)
     EXPECT_GE(one.height(), lineSpacing);
     EXPECT_GE(four.height(), 4 * lineSpacing);
     EXPECT_GE(four.top(), one.bottom()) << "items must not overlap";
+}
+
+// Qt ends the event loop when the last window that counts is closed; the viewer does not count.
+TEST_F(DebugKtTrackerTest, ClosingTheHostsLastWindowQuitsWhileTheViewerIsShown)
+{
+    ASSERT_TRUE(QApplication::quitOnLastWindowClosed());
+    QWidget hostWindow;
+    hostWindow.show();
+    tracker->Track(Event{"A", {}});
+    KtTest::Pump();
+    QPointer<QListWidget> viewer = OnlyViewer();
+    ASSERT_TRUE(viewer && viewer->isVisible());
+
+    bool timedOut = false;
+    QTimer guard;
+    guard.setSingleShot(true);
+    QObject::connect(&guard, &QTimer::timeout,
+                     [&]
+                     {
+                         timedOut = true;
+                         QCoreApplication::quit();
+                     });
+    guard.start(10000);
+    QTimer::singleShot(0, &hostWindow, &QWidget::close);
+    QApplication::exec();
+    EXPECT_FALSE(timedOut) << "the viewer kept the event loop running";
 }
 
 TEST_F(DebugKtTrackerTest, DestroyingBeforeAnyEventCreatesNoWindow)

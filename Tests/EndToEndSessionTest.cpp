@@ -2,7 +2,7 @@
 // real window tree and registered services, the shipped filter and aggregator in the chain, the
 // common events at both ends.
 
-#include "InstancesTestSupport.h"
+#include "Support/InstancesConfig.h"
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/QtPump.h"
 

@@ -6,6 +6,7 @@
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
 #include "Support/RecordingTracker.h"
+#include "Support/Table.h"
 
 #include "App/ILaunchTypeProcessor.h"
 #include "Tracking/AggregatorKtTracker.h"
@@ -24,7 +25,6 @@
 #include <fstream>
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -149,11 +149,6 @@ struct RootRow
     std::vector<std::string> earlierProbe;  // what the probe delivers under the earlier document
 };
 
-void PrintTo(const RootRow& row, std::ostream* out)
-{
-    *out << row.root;
-}
-
 const RootRow kRoots[] = {
     {"ktmstat",
      "Can't read configuration: ",
@@ -181,11 +176,6 @@ struct HostileRow
     const char* refusal;
     std::vector<std::string> readProbe;
 };
-
-void PrintTo(const HostileRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
 
 std::string Replace(std::string text, const std::string& from, const std::string& to)
 {
@@ -315,40 +305,45 @@ const HostileRow kHostile[] = {
      {}},
 };
 
-class HostileDocumentTest : public testing::TestWithParam<std::tuple<RootRow, HostileRow>>
+// A hostile document for one root: "ROOT_LABEL".
+struct CaseRow
 {
-protected:
-    static void SetUpTestSuite()
-    {
-        s_dir = new QTemporaryDir();
-        const std::string dir = s_dir->path().toStdString();
-        std::ofstream(dir + "/secret.txt") << kSecret;
-        std::ofstream(dir + "/secret.dtd") << "<!ENTITY leak '" << kSecret << "'>";
-    }
-    static void TearDownTestSuite()
-    {
-        delete s_dir;
-        s_dir = nullptr;
-    }
-
-    static long PeakKilobytes()
-    {
-        rusage usage{};
-        getrusage(RUSAGE_SELF, &usage);
-        return usage.ru_maxrss;
-    }
-
-    static QTemporaryDir* s_dir;
+    std::string label;
+    RootRow root;
+    HostileRow hostile;
 };
 
-QTemporaryDir* HostileDocumentTest::s_dir = nullptr;
+// A directory with the files the entities name, for the life of the process.
+std::string SecretDirectory()
+{
+    static const QTemporaryDir directory;
+    static const bool written = []
+    {
+        const std::string path = directory.path().toStdString();
+        std::ofstream(path + "/secret.txt") << kSecret;
+        std::ofstream(path + "/secret.dtd") << "<!ENTITY leak '" << kSecret << "'>";
+        return true;
+    }();
+    (void)written;
+    return directory.path().toStdString();
+}
+
+long PeakKilobytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+using HostileDocumentTest = KtTest::Table<CaseRow>;
 
 TEST_P(HostileDocumentTest, RefusedOrReadAsDefined)
 {
-    const auto& [root, hostile] = GetParam();
+    const RootRow& root = GetParam().root;
+    const HostileRow& hostile = GetParam().hostile;
     const std::pair<const char*, std::function<std::string()>> expansions[] = {
         {"%ROOT%", [&] { return std::string(root.root); }},
-        {"%DIR%", [] { return s_dir->path().toStdString(); }},
+        {"%DIR%", [] { return SecretDirectory(); }},
         {"%DEEP%", [] { return Repeated(100000, "<x>") + Repeated(100000, "</x>"); }},
         {"%50MB%", [] { return std::string(50 << 20, 'x'); }},
         {"%PARENS%", [] { return std::string(10500, '('); }},
@@ -387,27 +382,23 @@ TEST_P(HostileDocumentTest, RefusedOrReadAsDefined)
     }
 }
 
-std::vector<std::tuple<RootRow, HostileRow>> Cases()
+std::vector<CaseRow> Cases()
 {
-    std::vector<std::tuple<RootRow, HostileRow>> cases;
+    std::vector<CaseRow> cases;
     for (const RootRow& root : kRoots)
     {
         for (const HostileRow& hostile : kHostile)
         {
             if (!hostile.onlyRoot || std::string(hostile.onlyRoot) == root.root)
             {
-                cases.emplace_back(root, hostile);
+                cases.push_back({std::string(root.root) + "_" + hostile.label, root, hostile});
             }
         }
     }
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(Documents, HostileDocumentTest, testing::ValuesIn(Cases()),
-                         [](const auto& info) {
-                             return std::string(std::get<0>(info.param).root) + "_" +
-                                    std::get<1>(info.param).label;
-                         });
+KT_ROWS(HostileDocumentTest, Cases());
 
 // Real documents nest far less; the limit leaves room for them.
 TEST(HostileDocumentNestingTest, ModerateNestingIsRead)

@@ -1,4 +1,4 @@
-#include "InstancesTestSupport.h"
+#include "Support/InstancesConfig.h"
 
 #include "KT/CaptureInfo.h"
 #include "KT/InstanceRegistry.h"

@@ -6,7 +6,7 @@
 
 #include "Tracking/Fillers/MonitorsConfigFiller.h"
 
-#include "Helpers/CommaLocale.h"
+#include "Support/CommaLocale.h"
 
 #include <gtest/gtest.h>
 

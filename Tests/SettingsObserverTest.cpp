@@ -1,4 +1,4 @@
-#include "InstancesTestSupport.h"
+#include "Support/InstancesConfig.h"
 
 #include "KT/InstanceRegistry.h"
 #include "KT/ProductSettings.h"

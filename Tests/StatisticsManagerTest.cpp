@@ -1,4 +1,4 @@
-#include "InstancesTestSupport.h"
+#include "Support/InstancesConfig.h"
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
 

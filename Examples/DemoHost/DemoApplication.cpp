@@ -12,10 +12,13 @@
 #include "Tracking/StatisticsManager.h"
 #include "Tracking/Tracking.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -83,6 +86,31 @@ bool WriteViewerItems(const QString& path, bool maskMachineValues)
     return true;
 }
 
+bool WriteTree(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(DumpTopLevelWidgets().toJson()) < 0)
+    {
+        std::cerr << "Can't write " << path.toStdString() << "\n";
+        return false;
+    }
+    return true;
+}
+
+// The Developer menu's entry, also on F12 in every window, switches the outlines of the hooked
+// widgets on and off.
+void AddHighlightSwitch(QMainWindow& window, HookHighlight& highlight)
+{
+    QAction* const toggle =
+        window.menuBar()->addMenu("&Developer")->addAction("Highlight hooked widgets");
+    toggle->setCheckable(true);
+    toggle->setShortcut(QKeySequence(Qt::Key_F12));
+    toggle->setShortcutContext(Qt::ApplicationShortcut);
+    QObject::connect(toggle, &QAction::toggled, &window,
+                     [&highlight](bool on) { highlight.SetShown(on); });
+}
+
 void SaveScreen(const QString& path)
 {
     QScreen* screen = QGuiApplication::primaryScreen();
@@ -142,10 +170,23 @@ int RunDemo(const DemoOptions& options)
                                  FillerTypes::HardwareConfig, FillerTypes::OSConfig});
     manager->SetConfig(LoadConfigFromQrc(documents.main));
 
+    // An interactive session can outline what the gui section hooked; the highlight takes the
+    // report of every attach.
+    std::unique_ptr<HookHighlight> highlight;
+    if (options.interactive)
+    {
+        highlight = std::make_unique<HookHighlight>();
+        manager->SetAttachReportSink(highlight->ReportSink());
+    }
+
     SimulatedClock clock;
     Recorder recorder(services, clock);
     auto window = std::make_unique<MainWindow>(
         services, recorder, [&manager](QWidget* created) { manager->AttachQObject(created); });
+    if (highlight)
+    {
+        AddHighlightSwitch(*window, *highlight);
+    }
     manager->AttachAllTopLevelWindows();
     manager->AttachInstances();
     window->show();
@@ -170,6 +211,8 @@ int RunDemo(const DemoOptions& options)
                            });
     }
     const int result = QApplication::exec();
+    // The windows the session opened are all there still, hidden.
+    const bool treeWritten = options.treeFile.isEmpty() || WriteTree(options.treeFile);
 
     // The exit event, then everything still queued for the viewer.
     manager.reset();
@@ -182,7 +225,7 @@ int RunDemo(const DemoOptions& options)
     }
     session.reset();
     window.reset();
-    return result != 0 ? result : (written ? 0 : 1);
+    return result != 0 ? result : (written && treeWritten ? 0 : 1);
 }
 
 }  // namespace Velkor::Demo

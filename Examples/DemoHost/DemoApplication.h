@@ -18,6 +18,8 @@ struct DemoOptions
     QString screenshotFile;
     // Writes the viewer's items at exit, in its text form.
     QString viewerItemsFile;
+    // Writes the object trees of all windows at exit, as JSON (for kttrack match).
+    QString treeFile;
     // Records every event at the head of the chain, before the filter, as JSON Lines.
     QString rawSessionFile;
     // Prints machine facts as they are instead of "<machine>".

@@ -2,7 +2,9 @@
 //
 //   KtDemoHost                    plays a scripted session headless and prints every delivered
 //                                 event on stdout, in the viewer's text form
-//   KtDemoHost --interactive      shows the recorder and the live viewer until they are closed
+//   KtDemoHost --interactive      shows the recorder and the live viewer until they are closed;
+//                                 F12 (or Developer > Highlight hooked widgets) outlines the
+//                                 widgets that the gui section hooked
 //   KtDemoHost --interactive --script [--screenshot FILE]
 //                                 plays the session visibly; FILE gets the screen before it quits
 //
@@ -12,6 +14,8 @@
 //   --variant first|second  the main and filter documents: Config.xml and FilterConfig.xml, or
 //                           ConfigGACA.xml and FilterConfigGACA.xml (same aggregator rules)
 //   --viewer-items FILE     writes the viewer's items to FILE at exit
+//   --dump-tree FILE        writes the object trees of all windows to FILE at exit, as JSON, for
+//                           kttrack match
 //   --record-raw FILE       records every event before the rules touch it to FILE, as JSON Lines
 //                           (kttrack replay, coverage and diff read it)
 //   --machine-values        prints machine facts (system, hardware, screens, acceleration,
@@ -35,7 +39,7 @@ int Usage()
 {
     std::cerr << "usage: KtDemoHost [--interactive [--script] [--screenshot FILE]]"
                  " [--data-dir DIR] [--variant first|second] [--viewer-items FILE]"
-                 " [--record-raw FILE] [--machine-values]\n";
+                 " [--dump-tree FILE] [--record-raw FILE] [--machine-values]\n";
     return 2;
 }
 
@@ -71,6 +75,10 @@ int main(int argc, char** argv)
         else if (argument == "--viewer-items" && hasValue)
         {
             options.viewerItemsFile = QString::fromLocal8Bit(argv[++i]);
+        }
+        else if (argument == "--dump-tree" && hasValue)
+        {
+            options.treeFile = QString::fromLocal8Bit(argv[++i]);
         }
         else if (argument == "--record-raw" && hasValue)
         {

@@ -35,6 +35,8 @@ public:
         {
             window = new QListWidget();
             window->setWindowFlags(Qt::Window);
+            // A window for developers: closing the host's last window still ends the host.
+            window->setAttribute(Qt::WA_QuitOnClose, false);
             window->setStyleSheet(QString::fromLatin1(kStyleSheet));
             window->resize(640, 480);
         }

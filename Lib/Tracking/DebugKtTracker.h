@@ -16,7 +16,9 @@ namespace Velkor::KT::Tracking
 // Construct it on the GUI thread, which must run an event loop. Track() may be called from any
 // thread: it copies the event and queues the display work to the constructing thread, where
 // events appear in the order Track() was called. No window exists until the first event is
-// shown; closing the window only hides it, and the next event shows it again.
+// shown; closing the window only hides it, and the next event shows it again. The window does
+// not keep the application running: when the host's own last window closes, Qt's
+// quit-on-last-window-closed ends the event loop as if the viewer were not there.
 class KT_TRACKING_EXPORT DebugKtTracker : public IKtTrackingEndpoint
 {
 public:

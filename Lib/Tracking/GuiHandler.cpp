@@ -2,14 +2,25 @@
 
 #include "Tracking/Config/KtmStat.h"
 #include "Tracking/Gui/AttachedMarker.h"
+#include "Tracking/Gui/EntryTable.h"
 #include "Tracking/Gui/GuiElementAutoAttacher.h"
+#include "Tracking/Gui/HookLedger.h"
+#include "Tracking/Gui/LiveObjectTree.h"
 #include "Tracking/Gui/ParseContext.h"
+#include "Tracking/Gui/ReportRecorder.h"
 #include "Tracking/Gui/SectionHooks.h"
+#include "Tracking/Gui/SectionLints.h"
 #include "Tracking/IKtTracker.h"
 #include "Tracking/NotNull.h"
 #include "Tracking/QtEventHandler.h"
 
+#include <glog/logging.h>
+
 #include <QAction>
+#include <QStringList>
+
+#include <optional>
+#include <utility>
 
 namespace Velkor::KT::Tracking
 {
@@ -27,10 +38,74 @@ public:
         return Gui::ParseContext{tracker.get(), &eventHandler, target};
     }
 
+    // Reports are made for a sink, or for the verbose log.
+    bool Reporting() const { return sink || VLOG_IS_ON(1); }
+
+    // The entries of the section, with the problems it shows by itself; made for the first
+    // report after each SetConfig().
+    const Gui::EntryTable& Table()
+    {
+        if (!table)
+        {
+            table.emplace(config, lines);
+            sectionEntries = table->Entries();
+            Gui::AddSectionProblems(*table, sectionEntries);
+        }
+        return *table;
+    }
+
+    template <class Walk>
+    void Report(const QString& attachedTo, QObject* root, QObject* target, const Walk& walk)
+    {
+        ledger.Prune();
+        const Gui::EntryTable& entryTable = Table();
+        QVector<AttachReport::Entry> entries = sectionEntries;
+        Gui::ReportRecorder<LiveObjectTree> recorder(entryTable, entries, ledger, attachedTo, root,
+                                                     target);
+        walk(recorder);
+        AttachReport report;
+        report.SetAttachedTo(attachedTo);
+        report.SetEntries(entries);
+        Log(report);
+        if (sink)
+        {
+            sink(report);
+        }
+    }
+
+    static void Log(const AttachReport& report)
+    {
+        if (!VLOG_IS_ON(1))
+        {
+            return;
+        }
+        if (VLOG_IS_ON(2))
+        {
+            VLOG(2) << "GUI " << report.ToText().toStdString();
+            return;
+        }
+        // The summary and the problems.
+        const QStringList lines = report.ToText().split(QLatin1Char('\n'));
+        QString text = lines.first();
+        for (const QString& line : lines)
+        {
+            if (line.contains(QStringLiteral(": warning: ")))
+            {
+                text += QLatin1Char('\n') + line;
+            }
+        }
+        VLOG(1) << "GUI " << text.toStdString();
+    }
+
     Config::Gui config;
+    std::vector<int> lines;
     const NotNull<IKtTracker> tracker;
     QtEventHandler eventHandler;
     GuiElementAutoAttacher autoAttacher;
+    AttachReportSink sink;
+    std::optional<Gui::EntryTable> table;
+    QVector<AttachReport::Entry> sectionEntries;
+    Gui::HookLedger<QObject*> ledger;
 };
 
 GuiHandler::GuiHandler(const std::shared_ptr<IKtTracker>& tracker)
@@ -42,7 +117,20 @@ GuiHandler::~GuiHandler() = default;
 
 void GuiHandler::SetConfig(const Config::Gui& config)
 {
+    SetConfig(config, {});
+}
+
+void GuiHandler::SetConfig(const Config::Gui& config, const std::vector<int>& entryLines)
+{
+    d->table.reset();
+    d->ledger.Clear();
     d->config = config;
+    d->lines = entryLines;
+}
+
+void GuiHandler::SetAttachReportSink(AttachReportSink sink)
+{
+    d->sink = std::move(sink);
 }
 
 void GuiHandler::Attach(QObject* root, QObject* target)
@@ -52,8 +140,24 @@ void GuiHandler::Attach(QObject* root, QObject* target)
     {
         return;
     }
-    HookSection(d->Context(target), root, d->config);
-    MarkAttached(marked);
+    const Gui::ParseContext context = d->Context(target);
+    if (!d->Reporting())
+    {
+        HookSection(context, root, d->config);
+        MarkAttached(marked);
+        return;
+    }
+    QString attachedTo = QLatin1Char('\'') + ObjectPath(root) + QLatin1Char('\'');
+    if (target)
+    {
+        attachedTo += QStringLiteral(", target '") + ObjectPath(target) + QLatin1Char('\'');
+    }
+    d->Report(attachedTo, root, target,
+              [&](Gui::ReportRecorder<LiveObjectTree>& recorder)
+              {
+                  HookSection(context, root, d->config, recorder);
+                  MarkAttached(marked);
+              });
 }
 
 void GuiHandler::Attach(QObject* root)
@@ -67,8 +171,19 @@ void GuiHandler::Attach(QAction* action)
     {
         return;
     }
-    HookActionEntries(d->Context(nullptr), action, d->config);
-    MarkAttached(action);
+    const Gui::ParseContext context = d->Context(nullptr);
+    if (!d->Reporting())
+    {
+        HookActionEntries(context, action, d->config);
+        MarkAttached(action);
+        return;
+    }
+    d->Report(QStringLiteral("action '") + ObjectPath(action) + QLatin1Char('\''), action, nullptr,
+              [&](Gui::ReportRecorder<LiveObjectTree>& recorder)
+              {
+                  HookActionEntries(context, action, d->config, recorder);
+                  MarkAttached(action);
+              });
 }
 
 }  // namespace Velkor::KT::Tracking

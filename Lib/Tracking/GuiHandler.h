@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Tracking/AttachReport.h"
 #include "Tracking/TrackingExport.h"
 
 #include <QtGlobal>
 
 #include <memory>
+#include <vector>
 
 class QAction;
 class QObject;
@@ -31,7 +33,10 @@ class Gui;
 // is shown.
 //
 // Needs the application object; GUI thread only. Nothing here throws on a configuration that
-// does not fit the object tree: entries that find nothing are skipped.
+// does not fit the object tree: entries that find nothing are skipped. To see what an attach made
+// of each entry, register a report sink (SetAttachReportSink()), or switch on verbose logging at
+// level 1 (problems and a summary per attach) or 2 (the whole report), for example with
+// GLOG_vmodule=GuiHandler=2.
 class KT_TRACKING_EXPORT GuiHandler
 {
 public:
@@ -41,6 +46,17 @@ public:
 
     // Used for objects attached from now on; objects attached before keep their hooks.
     void SetConfig(const Config::Gui& config);
+    // The same, with the line of each entry of the section in its document, in document order
+    // (Config::ktmstat() reads them), for the attach reports. Lines that do not fit the section
+    // (another count) are dropped.
+    void SetConfig(const Config::Gui& config, const std::vector<int>& entryLines);
+
+    // Called at the end of every attach that searched the section (Attach() in all its forms,
+    // also the automatic attaching of new windows), with what it made of each entry; not called
+    // for an object that was attached before. An empty sink (the default) switches the reports
+    // off, and attaching then costs no more than without them. The report is made during the
+    // attach only: watched objects' events cost the same either way.
+    void SetAttachReportSink(AttachReportSink sink);
 
     // Searches every entry of the section below `root`. With a `target`, only `target` gets
     // hooks of its own (`object` entries excepted: they hook every object they find), and

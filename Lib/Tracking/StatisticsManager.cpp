@@ -4,6 +4,7 @@
 #include "Tracking/Config/KtmStat.h"
 #include "Tracking/Config/XercesSession.h"
 #include "Tracking/Fillers/FillerFactory.h"
+#include "Tracking/Gui/ReportMerge.h"
 #include "Tracking/GuiHandler.h"
 #include "Tracking/InstancesHandler.h"
 
@@ -17,8 +18,10 @@
 
 #include <algorithm>
 #include <ios>
+#include <optional>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace Velkor::KT::Tracking
 {
@@ -63,6 +66,9 @@ public:
     GuiHandler gui;
     InstancesHandler instances;
     std::unique_ptr<CommonEventsTracker> common;
+    // The host's report sink, and the reports of AttachAllTopLevelWindows() while it runs.
+    AttachReportSink reportSink;
+    std::optional<Gui::ReportMerge> allWindows;
 };
 
 StatisticsManager::StatisticsManager(
@@ -88,8 +94,9 @@ void StatisticsManager::SetConfig(const std::string& xml)
     try
     {
         std::stringstream stream(xml, std::ios::in | std::ios::out);
-        d->config = Config::ktmstat(stream, ::xml_schema::flags::dont_validate);
-        d->gui.SetConfig(d->config->gui() ? *d->config->gui() : Config::Gui());
+        std::vector<int> guiLines;
+        d->config = Config::ktmstat(stream, guiLines, ::xml_schema::flags::dont_validate);
+        d->gui.SetConfig(d->config->gui() ? *d->config->gui() : Config::Gui(), guiLines);
         d->instances.SetConfig(d->config->instances() ? *d->config->instances()
                                                       : Config::Instances());
     }
@@ -101,8 +108,34 @@ void StatisticsManager::SetConfig(const std::string& xml)
     }
 }
 
+void StatisticsManager::SetAttachReportSink(AttachReportSink sink)
+{
+    d->reportSink = std::move(sink);
+    if (!d->reportSink)
+    {
+        d->gui.SetAttachReportSink({});
+        return;
+    }
+    d->gui.SetAttachReportSink(
+        [d = d.get()](const AttachReport& report)
+        {
+            if (d->allWindows)
+            {
+                d->allWindows->Add(report);
+            }
+            else
+            {
+                d->reportSink(report);
+            }
+        });
+}
+
 void StatisticsManager::AttachAllTopLevelWindows()
 {
+    if (d->reportSink)
+    {
+        d->allWindows.emplace();
+    }
     std::set<QAction*> actions;
     for (QWidget* widget : QApplication::topLevelWidgets())
     {
@@ -110,9 +143,20 @@ void StatisticsManager::AttachAllTopLevelWindows()
         const auto widgetActions = widget->actions();
         actions.insert(widgetActions.begin(), widgetActions.end());
     }
+    const int windows = d->allWindows ? d->allWindows->Count() : 0;
     for (QAction* action : actions)
     {
         d->gui.Attach(action);
+    }
+    if (!d->allWindows)
+    {
+        return;
+    }
+    const Gui::ReportMerge merged = std::move(*d->allWindows);
+    d->allWindows.reset();
+    if (merged.Count() > 0)
+    {
+        d->reportSink(merged.Result(Gui::AllWindowsName(windows, merged.Count() - windows)));
     }
 }
 

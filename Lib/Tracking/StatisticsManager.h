@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tracking/AttachReport.h"
 #include "Tracking/Fillers/FillerTypes.h"
 #include "Tracking/IStatisticsManager.h"
 #include "Tracking/TrackingExport.h"
@@ -60,6 +61,11 @@ public:
     // for those it lacks) to the two handlers. A document that cannot be read is logged as
     // "Can't read configuration: " with the reader's description, and what was in force stays.
     void SetConfig(const std::string& xml);
+
+    // Receives a report after each attach (see GuiHandler::SetAttachReportSink());
+    // AttachAllTopLevelWindows() gives one report for all its windows and actions together. An
+    // empty sink (the default) switches the reports off.
+    void SetAttachReportSink(AttachReportSink sink);
 
     void AttachAllTopLevelWindows() override;
     void AttachQObject(QObject* root, QObject* target) override;

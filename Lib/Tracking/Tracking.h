@@ -14,12 +14,15 @@
 
 #include "Tracking/AggregatorKtTracker.h"
 #include "Tracking/AppCoreKtTracker.h"
+#include "Tracking/AttachReport.h"
 #include "Tracking/DebugKtTracker.h"
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/ForwardKtTracker.h"
 #include "Tracking/GuiHandler.h"
+#include "Tracking/HookHighlight.h"
 #include "Tracking/IRuleTraceListener.h"
 #include "Tracking/IStatisticsManager.h"
+#include "Tracking/ObjectTree.h"
 #include "Tracking/RecordingKtTracker.h"
 #include "Tracking/StatisticsManager.h"
 

@@ -14,12 +14,15 @@ foreach(variable IN ITEMS LIBRARY NM)
 endforeach()
 
 # The public boundary: what a host uses. "Config" is the configuration object model (its
-# generated classes and the parse functions), "Fillers" holds FillerTypes.
+# generated classes and the parse functions), "Fillers" holds FillerTypes, "operator" the
+# QDebug output of an AttachReport.
 set(public
     Event IKtTracker IKtTrackingEndpoint EventText
-    StatisticsManager IStatisticsManager GuiHandler InstancesHandler
+    StatisticsManager IStatisticsManager GuiHandler HookHighlight InstancesHandler
     FilterKtTracker AggregatorKtTracker ForwardKtTracker AppCoreKtTracker DebugKtTracker
-    LoadConfigFromQrc FillerTypes Config Fillers)
+    LoadConfigFromQrc FillerTypes Config Fillers
+    AttachReport CheckGuiSection DumpObjectTree DumpTopLevelWidgets MatchObjectTree operator
+    RecordingKtTracker IRuleTraceListener EventJson AppendJsonString)
 
 execute_process(
     COMMAND "${NM}" -D --defined-only --demangle "${LIBRARY}"

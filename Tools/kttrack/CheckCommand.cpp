@@ -1,5 +1,6 @@
 #include "CheckCommand.h"
 
+#include "GuiChecks.h"
 #include "Report.h"
 #include "RuleChecks.h"
 #include "RuleDocument.h"
@@ -76,6 +77,10 @@ int RunCheck(const std::vector<std::string>& args, std::ostream& out, std::ostre
             if (document && !ValidateRuleDocument(*document, schemas, report))
             {
                 document.reset();
+            }
+            if (document && document->kind == DocumentKind::Main)
+            {
+                CheckGuiSection(*document, report);
             }
             if (document && document->kind == DocumentKind::Filter)
             {

@@ -3,6 +3,7 @@
 #include "CheckCommand.h"
 #include "CoverageCommand.h"
 #include "DiffCommand.h"
+#include "MatchCommand.h"
 #include "ReplayCommand.h"
 
 #include <ostream>
@@ -16,6 +17,7 @@ const char* HelpText()
        kttrack check [--werror] DOC.xml... [+ DOC.xml...]...
        kttrack coverage [--require-all] DOC.xml... SESSION.jsonl
        kttrack diff [--changed-only] --old F1 [A1] --new F2 [A2] SESSION.jsonl
+       kttrack match DOC.xml TREE.json
        kttrack --help
 
 Tools for writing and testing the tracking documents: the main document (root
@@ -52,10 +54,17 @@ prints what they deliver.
 check: tells each document's kind by its root element, reads it as the
 application does and validates it against the schema of its kind (the schemas
 are built into kttrack). Errors are printed as FILE:LINE:COLUMN: error: ...
-Warnings (FILE: warning: ...) point at rules that cannot work as written:
+Warnings (FILE: warning: ..., FILE:LINE: for gui entries) point at rules that
+cannot work as written:
   - filter: numeric ranges of one param that leave gaps, share a bound value,
     are covered by earlier ranges, or have no bound;
   - aggregator: a name that is both a main event and an affecting event;
+  - main: gui entries that cannot work as written (FILE:LINE: warning: ...): a
+    signal text without the code prefix "2" or with unbalanced parentheses, an
+    intSignal on a signal whose first parameter is not an int, a stringSignal
+    on one whose first is not a QString, a signal trigger outside an object
+    entry, propertyValue without propertyName, an invalid regular expression,
+    an id with an empty segment, an entry that repeats an earlier one;
   - a set with a main document: filter blocks for events nothing emits (blocks
     apply in document order, so renames count only for later blocks), and
     aggregator main or affecting events that neither the main document nor the
@@ -93,6 +102,16 @@ shipped document, a kind missing from --new is the old one.
   --changed-only         leave out the rows that are the same
   Exit status: 0 both deliver the same; 1 they differ; 2 unreadable document or
   session, bad options.
+
+match: matches the gui section of the main document DOC.xml against an object
+tree dumped from the running application (the demo host's --dump-tree, or the
+library's DumpTopLevelWidgets()), with the library's own search, as attaching
+all of the tree's top-level windows would. Prints per entry (DOC.xml:LINE:) the
+objects it hooks and with which triggers, or that it matches nothing, and the
+problems found (FILE:LINE: warning: ...), among them objects hooked twice and
+along which ways.
+  Exit status: 0 every entry matches; 1 some entry matches nothing; 2 an
+  unreadable document or tree, or bad arguments.
 )";
 }
 
@@ -126,6 +145,10 @@ int RunKtTrack(const std::vector<std::string>& args, std::istream& in, std::ostr
     if (command == "diff")
     {
         return RunDiff(rest, in, out, err);
+    }
+    if (command == "match")
+    {
+        return RunMatch(rest, out, err);
     }
     err << "kttrack: unknown command '" << command << "' (see kttrack --help)\n";
     return 2;

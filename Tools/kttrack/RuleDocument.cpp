@@ -116,10 +116,12 @@ void Parse(DocumentKind kind, const std::string& text, ::xml_schema::flags flags
     {
         case DocumentKind::Main:
         {
-            auto model = Config::ktmstat(input, flags, properties);
+            std::vector<int> guiLines;
+            auto model = Config::ktmstat(input, guiLines, flags, properties);
             if (document)
             {
                 document->main = std::move(model);
+                document->guiLines = std::move(guiLines);
             }
             return;
         }

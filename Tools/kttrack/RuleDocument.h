@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Velkor::KT::KtTrack
 {
@@ -35,6 +36,8 @@ struct RuleDocument
     std::string text;
     DocumentKind kind = DocumentKind::Main;
     std::unique_ptr<Tracking::Config::KtmStat> main;
+    // Main documents: the line of each entry of the gui section, in document order.
+    std::vector<int> guiLines;
     std::unique_ptr<Tracking::Config::Filter::Filter> filter;
     std::unique_ptr<Tracking::Config::Aggregator::Aggregator> aggregator;
 };

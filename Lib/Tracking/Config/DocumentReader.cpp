@@ -4,13 +4,14 @@
 #include "Tracking/Config/ReadingOrder.h"
 
 #include <string>
+#include <utility>
 
 namespace Velkor::KT::Tracking::Config::Detail
 {
 
 ::xml_schema::dom::unique_ptr<xercesc::DOMDocument> ReadDocument(
     std::istream& input, ::xml_schema::flags flags, const ::xml_schema::properties& properties,
-    const DocumentRules& rules)
+    const DocumentRules& rules, ReadingOrder::ReadObserver observer)
 {
     std::string text;
     char chunk[16 * 1024];
@@ -23,7 +24,7 @@ namespace Velkor::KT::Tracking::Config::Detail
                               " bytes, the limit of a configuration document");
         }
     }
-    ReadingOrder reading(rules);
+    ReadingOrder reading(rules, std::move(observer));
     auto document = ParseHardened(text, flags, properties, reading);
 
     xercesc::DOMElement* root = document ? document->getDocumentElement() : nullptr;

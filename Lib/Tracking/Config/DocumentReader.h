@@ -7,6 +7,7 @@
 // First: it selects the C++11 flavour of the data binding runtime.
 #include "Tracking/Config/XmlSchema.hxx"
 
+#include "Tracking/Config/ReadingOrder.h"
 #include "Tracking/Config/ReadingRules.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
@@ -24,10 +25,10 @@ constexpr std::size_t kMaxDocumentBytes = 1024 * 1024;
 // Parses the text of `input` (see ParseHardened), checks that the root element is
 // `rules.RootElement()` in no namespace, and applies the reading rules (see ReadingOrder). Throws
 // ::xml_schema::parsing for XML errors and unconvertible values, for a text longer than
-// kMaxDocumentBytes (read no further than that), ::xml_schema::unexpected_element
-// for a wrong root. Xerces must be initialised.
+// kMaxDocumentBytes (read no further than that), ::xml_schema::unexpected_element for a wrong
+// root. Xerces must be initialised. `observer` is told of the elements read.
 ::xml_schema::dom::unique_ptr<xercesc::DOMDocument> ReadDocument(
     std::istream& input, ::xml_schema::flags flags, const ::xml_schema::properties& properties,
-    const DocumentRules& rules);
+    const DocumentRules& rules, ReadingOrder::ReadObserver observer = {});
 
 }  // namespace Velkor::KT::Tracking::Config::Detail

@@ -6,8 +6,13 @@
 #include "Tracking/Config/Filter.h"
 #include "Tracking/Config/KtmStat.h"
 #include "Tracking/Config/XercesSession.h"
+#include "Tracking/Config/XmlText.h"
 
 #include <xercesc/dom/DOMElement.hpp>
+
+#include <set>
+#include <string>
+#include <utility>
 
 namespace Velkor::KT::Tracking::Config
 {
@@ -51,10 +56,12 @@ const DocumentRules& AggregatorRules()
 template <typename Root>
 std::unique_ptr<Root> ReadModel(std::istream& input, ::xml_schema::flags flags,
                                 const ::xml_schema::properties& properties,
-                                const DocumentRules& rules)
+                                const DocumentRules& rules,
+                                Detail::ReadingOrder::ReadObserver observer = {})
 {
     const Detail::XercesSession session(flags);
-    const auto document = Detail::ReadDocument(input, flags, properties, rules);
+    const auto document =
+        Detail::ReadDocument(input, flags, properties, rules, std::move(observer));
     return std::make_unique<Root>(*document->getDocumentElement(),
                                   flags & ~::xml_schema::flags::keep_dom);
 }
@@ -65,6 +72,37 @@ std::unique_ptr<KtmStat> ktmstat(std::istream& input, ::xml_schema::flags flags,
                                  const ::xml_schema::properties& properties)
 {
     return ReadModel<KtmStat>(input, flags, properties, MainRules());
+}
+
+std::unique_ptr<KtmStat> ktmstat(std::istream& input, std::vector<int>& guiEntryLines,
+                                 ::xml_schema::flags flags,
+                                 const ::xml_schema::properties& properties)
+{
+    // Below "gui" the entries are the only elements of these names.
+    static const std::set<std::string> kEntries = {"widget",
+                                                   "button",
+                                                   "label",
+                                                   "combobox",
+                                                   "object",
+                                                   "abstractPresetButton",
+                                                   "buttonWithPopUpList",
+                                                   "action"};
+    guiEntryLines.clear();
+    bool inGui = false;
+    return ReadModel<KtmStat>(
+        input, flags, properties, MainRules(),
+        [&](const xercesc::DOMElement& element, Detail::TextLocation location, std::size_t depth)
+        {
+            const std::string name = Detail::Narrow(element.getLocalName());
+            if (depth == 1)
+            {
+                inGui = name == "gui";
+            }
+            else if (inGui && kEntries.count(name))
+            {
+                guiEntryLines.push_back(int(location.line));
+            }
+        });
 }
 
 namespace Filter

@@ -10,6 +10,7 @@
 
 #include <istream>
 #include <memory>
+#include <vector>
 
 namespace Velkor::KT::Tracking::Config
 {
@@ -22,6 +23,14 @@ namespace Velkor::KT::Tracking::Config
 // convert), unexpected_element (wrong root), expected_attribute and expected_element.
 KT_TRACKING_EXPORT std::unique_ptr<KtmStat> ktmstat(
     std::istream& input, ::xml_schema::flags flags = 0,
+    const ::xml_schema::properties& properties = ::xml_schema::properties());
+
+// The same, also giving the line of each entry of the "gui" section that is read (its widget,
+// button, label, combobox, object, abstractPresetButton, buttonWithPopUpList and action
+// elements; the line where the start tag ends) in document order, which is the order of the
+// entries in the model: for GuiHandler::SetConfig() and the attach reports.
+KT_TRACKING_EXPORT std::unique_ptr<KtmStat> ktmstat(
+    std::istream& input, std::vector<int>& guiEntryLines, ::xml_schema::flags flags = 0,
     const ::xml_schema::properties& properties = ::xml_schema::properties());
 
 }  // namespace Velkor::KT::Tracking::Config

@@ -36,7 +36,10 @@ void RemoveFrom(DOMElement& parent, DOMNode& from)
 
 }  // namespace
 
-ReadingOrder::ReadingOrder(const DocumentRules& rules) : m_rules(rules) {}
+ReadingOrder::ReadingOrder(const DocumentRules& rules, ReadObserver observer)
+    : m_rules(rules), m_observer(std::move(observer))
+{
+}
 
 void ReadingOrder::ElementStarted(DOMElement& element, TextLocation location, bool isEmpty)
 {
@@ -44,6 +47,10 @@ void ReadingOrder::ElementStarted(DOMElement& element, TextLocation location, bo
     if (type && !m_badValue)
     {
         CheckValues(element, *type, location);
+    }
+    if (type && m_observer)
+    {
+        m_observer(element, location, m_depth);
     }
     if (isEmpty)
     {

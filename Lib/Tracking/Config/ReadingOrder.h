@@ -10,6 +10,7 @@
 #include "Tracking/Config/HardenedDomParser.h"
 #include "Tracking/Config/ReadingRules.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,7 +22,12 @@ namespace Velkor::KT::Tracking::Config::Detail
 class ReadingOrder : public ElementListener
 {
 public:
-    explicit ReadingOrder(const DocumentRules& rules);
+    // Told of each element that is read and has content rules of its own, with its depth (the
+    // root's is 0), as the parser adds it.
+    using ReadObserver =
+        std::function<void(const xercesc::DOMElement&, TextLocation, std::size_t depth)>;
+
+    explicit ReadingOrder(const DocumentRules& rules, ReadObserver observer = {});
 
     void ElementStarted(xercesc::DOMElement& element, TextLocation location, bool isEmpty) override;
     void ElementEnded() override;
@@ -48,6 +54,7 @@ private:
     void CheckExpression(const xercesc::DOMElement& element, TextLocation location);
 
     const DocumentRules& m_rules;
+    const ReadObserver m_observer;
     std::vector<Frame> m_frames;  // reused between siblings; the first m_depth are open
     std::size_t m_depth = 0;
     std::vector<std::pair<xercesc::DOMElement*, xercesc::DOMNode*>> m_stops;

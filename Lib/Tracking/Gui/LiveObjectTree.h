@@ -2,22 +2,24 @@
 
 #include "Tracking/Gui/ObjectSearch.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QMetaObject>
 #include <QObject>
-
-#include <vector>
+#include <QString>
 
 namespace Velkor::KT::Tracking
 {
 
-// The running application's object tree as the object search reads it: classes are meta-objects,
-// descendants are visited in the order QObject::findChildren() lists them.
+// The running application's object tree as the object search (ObjectSearch.h) and the attach
+// report (ReportRecorder.h) read it: classes are meta-objects, descendants are visited in the
+// order QObject::findChildren() lists them.
 struct LiveObjectTree
 {
     using Node = QObject*;
     using Class = const QMetaObject*;
 
+    static Class ClassOf(const QMetaObject& meta) { return &meta; }
     static QString Name(Node node) { return node->objectName(); }
     static bool IsA(Node node, Class type) { return type->cast(node) != nullptr; }
 
@@ -30,21 +32,20 @@ struct LiveObjectTree
             ForEachDescendant(child, visit);
         }
     }
+
+    static QObject* Object(Node node) { return node; }
+    static QString Path(Node node);
+    static QString ClassName(Node node) { return QLatin1String(node->metaObject()->className()); }
+    // `signature` normalised, without the code prefix.
+    static bool HasSignal(Node node, const QByteArray& signature)
+    {
+        return node->metaObject()->indexOfSignal(signature.constData()) >= 0;
+    }
 };
 
-// Every object of class T that the entry's id path names, starting at `start`.
-template <class T>
-std::vector<T*> FindObjects(QObject* start, const Config::Object& entry)
-{
-    const std::vector<QObject*> found = ObjectSearch<LiveObjectTree>::Find(
-        start, IdPath::Of(entry), &QObject::staticMetaObject, &T::staticMetaObject);
-    std::vector<T*> matches;
-    matches.reserve(found.size());
-    for (QObject* object : found)
-    {
-        matches.push_back(static_cast<T*>(object));
-    }
-    return matches;
-}
+// The path of an object in reports and tree dumps: object names from the top of its tree down,
+// joined by "/". An object without a name stands as its class name in parentheses; the second
+// and later of siblings that would stand alike get "#2", "#3", ... ("MainWindow/(QWidget)#2").
+QString ObjectPath(const QObject* object);
 
 }  // namespace Velkor::KT::Tracking

@@ -35,6 +35,7 @@ class IdPart
 public:
     IdPart(const QString& part, bool isRegExp);
 
+    bool IsExpression() const { return m_expression.has_value(); }
     bool MatchesStart(const QString& name) const;
     bool MatchesDescendant(const QString& name) const;
 
@@ -43,8 +44,20 @@ private:
     std::optional<QRegExp> m_expression;
 };
 
+// What a traced search finds out besides its matches, for the attach report.
+template <class Node>
+struct SearchTrace
+{
+    // For each match, the object whose tree the path's last part was matched in: the start, or
+    // an object that an earlier part found.
+    std::vector<Node> from;
+    // Objects whose names the last part matches but whose class the search does not take (for a
+    // regular expression, only the start object is tried).
+    std::vector<Node> wrongClass;
+};
+
 // The search of the objects an id path names, over any tree of named objects: the live QObject
-// tree (LiveObjectTree.h), or a recorded one. A tree type provides
+// tree (LiveObjectTree.h), or a dumped one (DumpedObjectTree.h). A tree type provides
 //   using Node = ...;   // a cheap handle of one object
 //   using Class = ...;  // what IsA() tests against
 //   static QString Name(Node);
@@ -54,7 +67,8 @@ private:
 // For each part in turn, every object found so far is replaced by itself when its name matches
 // the part whole, followed (unless the path is root-only) by each descendant whose name matches,
 // in tree order. Objects reached along two ways are listed twice. Only the last part requires
-// `wanted`; the others take any object of `any` class.
+// `wanted`; the others take any object of `any` class. A traced search also fills `trace`; an
+// untraced one does exactly the work of the search alone.
 template <class Tree>
 class ObjectSearch
 {
@@ -64,6 +78,20 @@ public:
 
     static std::vector<Node> Find(Node start, const IdPath& path, Class any, Class wanted)
     {
+        return Search<false>(start, path, any, wanted, nullptr);
+    }
+
+    static std::vector<Node> Find(Node start, const IdPath& path, Class any, Class wanted,
+                                  SearchTrace<Node>& trace)
+    {
+        return Search<true>(start, path, any, wanted, &trace);
+    }
+
+private:
+    template <bool kTraced>
+    static std::vector<Node> Search(Node start, const IdPath& path, Class any, Class wanted,
+                                    SearchTrace<Node>* trace)
+    {
         if (path.parts.isEmpty())
         {
             return {};
@@ -72,28 +100,75 @@ public:
         for (int i = 0; i < path.parts.size(); ++i)
         {
             const IdPart part(path.parts.at(i), path.isRegExp);
-            const Class required = i + 1 < path.parts.size() ? any : wanted;
+            const bool last = i + 1 == path.parts.size();
             std::vector<Node> next;
             for (Node node : current)
             {
-                AppendPartMatches(node, part, path.rootOnly, required, next);
+                AppendPartMatches<kTraced>(node, part, path.rootOnly, last ? wanted : any, next,
+                                           last ? trace : nullptr);
             }
             current = std::move(next);
         }
         return current;
     }
 
-private:
+    template <bool kTraced>
     static void AppendPartMatches(Node from, const IdPart& part, bool rootOnly, Class required,
-                                  std::vector<Node>& out)
+                                  std::vector<Node>& out, SearchTrace<Node>* trace)
     {
-        if (part.MatchesStart(Tree::Name(from)) && Tree::IsA(from, required))
+        const auto found = [&](Node node)
         {
-            out.push_back(from);
+            out.push_back(node);
+            if constexpr (kTraced)
+            {
+                if (trace)
+                {
+                    trace->from.push_back(from);
+                }
+            }
+        };
+        if (part.MatchesStart(Tree::Name(from)))
+        {
+            if (Tree::IsA(from, required))
+            {
+                found(from);
+            }
+            else if constexpr (kTraced)
+            {
+                if (trace)
+                {
+                    trace->wrongClass.push_back(from);
+                }
+            }
         }
         if (rootOnly)
         {
             return;
+        }
+        if constexpr (kTraced)
+        {
+            // Names first: the objects of a name that have another class are wanted too. An
+            // expression is costlier than a class test, so expressions are tried on the
+            // objects of the class only, and find no others.
+            if (trace && !part.IsExpression())
+            {
+                Tree::ForEachDescendant(from,
+                                        [&](Node descendant)
+                                        {
+                                            if (part.MatchesDescendant(Tree::Name(descendant)))
+                                            {
+                                                if (Tree::IsA(descendant, required))
+                                                {
+                                                    found(descendant);
+                                                }
+                                                else
+                                                {
+                                                    trace->wrongClass.push_back(descendant);
+                                                }
+                                            }
+                                        });
+                return;
+            }
         }
         Tree::ForEachDescendant(from,
                                 [&](Node descendant)
@@ -101,7 +176,7 @@ private:
                                     if (Tree::IsA(descendant, required) &&
                                         part.MatchesDescendant(Tree::Name(descendant)))
                                     {
-                                        out.push_back(descendant);
+                                        found(descendant);
                                     }
                                 });
     }

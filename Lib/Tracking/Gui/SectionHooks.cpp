@@ -7,6 +7,8 @@
 #include "Tracking/Gui/LabelHooks.h"
 #include "Tracking/Gui/LiveObjectTree.h"
 #include "Tracking/Gui/ParseContext.h"
+#include "Tracking/Gui/ReportRecorder.h"
+#include "Tracking/Gui/SectionWalk.h"
 #include "Tracking/Gui/SignalHooks.h"
 #include "Tracking/Gui/WidgetEventHooks.h"
 
@@ -19,51 +21,120 @@
 #include <QLabel>
 #include <QWidget>
 
+#include <vector>
+
 namespace Velkor::KT::Tracking
 {
 
 namespace
 {
 
-template <typename T, typename Entries, typename Apply>
-void ApplyAll(const Gui::ParseContext& context, QObject* start, const Entries& entries, Apply apply)
+// Makes the hooks of each object an entry finds, as the entry's element prescribes.
+class LiveHooks
 {
-    for (const auto& entry : entries)
-    {
-        for (T* match : FindObjects<T>(start, entry))
-        {
-            apply(context, match, entry);
-        }
-    }
-}
+public:
+    static constexpr bool kTraced = false;
 
-void ApplyWidget(const Gui::ParseContext& context, QWidget* widget, const Config::Widget& entry)
+    explicit LiveHooks(const Gui::ParseContext& context) : m_context(context) {}
+
+    template <class Entry>
+    void Found(const Entry&, QObject*, const std::vector<QObject*>&, const SearchTrace<QObject*>*)
+    {
+    }
+
+    void Apply(QObject* match, const Config::Widget& entry)
+    {
+        ApplyWidgetEvents(m_context, static_cast<QWidget*>(match), entry);
+    }
+    void Apply(QObject* match, const Config::Button& entry)
+    {
+        ApplyButton(m_context, static_cast<QAbstractButton*>(match), entry);
+    }
+    void Apply(QObject* match, const Config::Label& entry)
+    {
+        ApplyLabel(m_context, static_cast<QLabel*>(match), entry);
+    }
+    void Apply(QObject* match, const Config::ComboBox& entry)
+    {
+        ApplyComboBox(m_context, static_cast<QComboBox*>(match), entry);
+    }
+    void Apply(QObject* match, const Config::Object& entry)
+    {
+        ApplyObject(m_context, match, entry);
+    }
+    void Apply(QObject* match, const Config::AbstractPresetButton& entry)
+    {
+        ApplyPresetButton(m_context, static_cast<KT::UI::AbstractPresetButton*>(match), entry);
+    }
+    void Apply(QObject* match, const Config::ButtonWithPopUpList& entry)
+    {
+        ApplyPopUpListButton(m_context, static_cast<KT::ButtonWithPopUpList*>(match), entry);
+    }
+    void Apply(QObject* match, const Config::Action& entry)
+    {
+        ApplyAction(m_context, static_cast<QAction*>(match), entry);
+    }
+
+private:
+    const Gui::ParseContext& m_context;
+};
+
+// The hooks, and the attach report of the same walk.
+class ReportedHooks
 {
-    ApplyAll<QAbstractButton>(context, widget, entry.button(), ApplyButton);
-    ApplyAll<QLabel>(context, widget, entry.label(), ApplyLabel);
-    ApplyAll<QComboBox>(context, widget, entry.combobox(), ApplyComboBox);
-    ApplyAll<QWidget>(context, widget, entry.widget(), ApplyWidget);
-    ApplyAll<QObject>(context, widget, entry.object(), ApplyObject);
-    ApplyAll<KT::UI::AbstractPresetButton>(context, widget, entry.abstractPresetButton(),
-                                           ApplyPresetButton);
-    ApplyAll<KT::ButtonWithPopUpList>(context, widget, entry.buttonWithPopUpList(),
-                                      ApplyPopUpListButton);
-    ApplyWidgetEvents(context, widget, entry);
-}
+public:
+    static constexpr bool kTraced = true;
+
+    ReportedHooks(const Gui::ParseContext& context, Gui::ReportRecorder<LiveObjectTree>& recorder)
+        : m_hooks(context), m_recorder(recorder)
+    {
+    }
+
+    template <class Entry>
+    void Found(const Entry& entry, QObject* start, const std::vector<QObject*>& matches,
+               const SearchTrace<QObject*>* trace)
+    {
+        m_recorder.Found(entry, start, matches, trace);
+    }
+
+    template <class Entry>
+    void Apply(QObject* match, const Entry& entry)
+    {
+        m_hooks.Apply(match, entry);
+    }
+
+private:
+    LiveHooks m_hooks;
+    Gui::ReportRecorder<LiveObjectTree>& m_recorder;
+};
 
 }  // namespace
 
 void HookSection(const Gui::ParseContext& context, QObject* root, const Config::Gui& section)
 {
-    ApplyAll<QWidget>(context, root, section.widget(), ApplyWidget);
-    ApplyAll<QObject>(context, root, section.object(), ApplyObject);
-    ApplyAll<QAction>(context, root, section.action(), ApplyAction);
+    LiveHooks hooks(context);
+    Gui::SectionWalk<LiveObjectTree, LiveHooks>(hooks).Section(root, section);
+}
+
+void HookSection(const Gui::ParseContext& context, QObject* root, const Config::Gui& section,
+                 Gui::ReportRecorder<LiveObjectTree>& recorder)
+{
+    ReportedHooks hooks(context, recorder);
+    Gui::SectionWalk<LiveObjectTree, ReportedHooks>(hooks).Section(root, section);
 }
 
 void HookActionEntries(const Gui::ParseContext& context, QAction* action,
                        const Config::Gui& section)
 {
-    ApplyAll<QAction>(context, action, section.action(), ApplyAction);
+    LiveHooks hooks(context);
+    Gui::SectionWalk<LiveObjectTree, LiveHooks>(hooks).Actions(action, section);
+}
+
+void HookActionEntries(const Gui::ParseContext& context, QAction* action,
+                       const Config::Gui& section, Gui::ReportRecorder<LiveObjectTree>& recorder)
+{
+    ReportedHooks hooks(context, recorder);
+    Gui::SectionWalk<LiveObjectTree, ReportedHooks>(hooks).Actions(action, section);
 }
 
 }  // namespace Velkor::KT::Tracking

@@ -1,0 +1,189 @@
+// The cost of the attach report: attaching the demo host's windows with and without it, and the
+// events of a hooked widget afterwards.
+
+#include "HostServices.h"
+#include "MainWindow.h"
+#include "Recorder.h"
+
+#include "Tracking/GuiHandler.h"
+#include "Tracking/Tracking.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <ctime>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <vector>
+
+using namespace Velkor::KT::Tracking;
+
+namespace
+{
+
+class NullEndpoint : public IKtTrackingEndpoint
+{
+public:
+    void Track(const Event&) override {}
+};
+
+struct ShippedSection
+{
+    ShippedSection()
+    {
+        std::istringstream text(LoadConfigFromQrc("/KT/Tracking/Config.xml"));
+        document = Config::ktmstat(text, lines, ::xml_schema::flags::dont_validate);
+    }
+
+    std::vector<int> lines;
+    std::unique_ptr<Config::KtmStat> document;
+};
+
+const ShippedSection& Shipped()
+{
+    static const ShippedSection section;
+    return section;
+}
+
+// The demo host's windows, every dialog opened once: 15 top-level widgets, about 260 objects.
+struct DemoWindows
+{
+    DemoWindows()
+    {
+        window.show();
+        window.OpenSettings();
+        window.OpenSaveVideo();
+        window.OpenMediaLibrary();
+        window.OpenEmail();
+        window.OpenAbout();
+    }
+
+    QTemporaryDir directory;
+    Velkor::Demo::HostServices services{directory.path()};
+    Velkor::Demo::SimulatedClock clock;
+    Velkor::Demo::Recorder recorder{services, clock};
+    Velkor::Demo::MainWindow window{services, recorder, [](QWidget*) {}};
+};
+
+// CPU time of this thread, in seconds: other processes on the machine do not count.
+double ThreadSeconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
+}
+
+std::unique_ptr<GuiHandler> Handler(bool report, int& reports)
+{
+    auto handler = std::make_unique<GuiHandler>(std::make_shared<NullEndpoint>());
+    handler->SetConfig(*Shipped().document->gui(), Shipped().lines);
+    if (report)
+    {
+        handler->SetAttachReportSink([&reports](const AttachReport&) { ++reports; });
+    }
+    return handler;
+}
+
+// What StatisticsManager::AttachAllTopLevelWindows() does, with the time it takes.
+double AttachAll(GuiHandler& handler)
+{
+    const double start = ThreadSeconds();
+    std::set<QAction*> actions;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+    {
+        handler.Attach(widget);
+        const auto widgetActions = widget->actions();
+        actions.insert(widgetActions.begin(), widgetActions.end());
+    }
+    for (QAction* action : actions)
+    {
+        handler.Attach(action);
+    }
+    return ThreadSeconds() - start;
+}
+
+// Forgets the marks, so that the windows can be attached again.
+void ForgetMarks()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets())
+    {
+        widget->setProperty("GuiElementAutoAttacher_isAttached", QVariant());
+        for (QAction* action : widget->actions())
+        {
+            action->setProperty("GuiElementAutoAttacher_isAttached", QVariant());
+        }
+    }
+}
+
+// Attaching the demo host's windows with the shipped section, without and with a report sink,
+// alternately in the same run, in CPU time of the attaching thread.
+void BM_AttachDemoWindows(benchmark::State& state)
+{
+    DemoWindows demo;
+    double without = 0;
+    double with = 0;
+    int reports = 0;
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        for (const bool report : {false, true})
+        {
+            auto handler = Handler(report, reports);
+            (report ? with : without) += AttachAll(*handler);
+            ForgetMarks();
+        }
+        state.ResumeTiming();
+    }
+    state.counters["ms_without_report"] = 1e3 * without / state.iterations();
+    state.counters["ms_with_report"] = 1e3 * with / state.iterations();
+    state.counters["ratio"] = with / without;
+    state.counters["reports"] = double(reports) / state.iterations();
+}
+BENCHMARK(BM_AttachDemoWindows)->Unit(benchmark::kMillisecond)->Iterations(40);
+
+// Mouse moves and releases on the hooked "recButton" once its window is attached without or
+// with a report: the report costs nothing per event.
+void BM_EventsAfterReportedAttach(benchmark::State& state)
+{
+    DemoWindows demo;
+    QPushButton* button = demo.window.recButton;
+    int reports = 0;
+    const auto storm = [button]
+    {
+        constexpr int kRounds = 2000;
+        const double start = ThreadSeconds();
+        for (int i = 0; i < kRounds; ++i)
+        {
+            QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::NoButton,
+                             Qt::NoModifier);
+            QCoreApplication::sendEvent(button, &move);
+        }
+        return (ThreadSeconds() - start) / kRounds;
+    };
+    double without = 0;
+    double with = 0;
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        for (const bool report : {false, true})
+        {
+            auto handler = Handler(report, reports);
+            AttachAll(*handler);
+            (report ? with : without) += storm();
+            ForgetMarks();
+        }
+        state.ResumeTiming();
+    }
+    state.counters["ns_per_event_without_report"] = 1e9 * without / state.iterations();
+    state.counters["ns_per_event_with_report"] = 1e9 * with / state.iterations();
+}
+BENCHMARK(BM_EventsAfterReportedAttach)->Unit(benchmark::kMillisecond)->Iterations(50);
+
+}  // namespace

@@ -1,0 +1,355 @@
+// The attach report, the object tree dump and the offline match, on real widgets.
+
+#include "Tracking/AttachReport.h"
+#include "Tracking/Config/KtmStat.h"
+#include "Tracking/GuiHandler.h"
+#include "Tracking/ObjectTree.h"
+#include "Tracking/StatisticsManager.h"
+
+#include "Support/LaunchAndCrashDoubles.h"
+#include "Support/LogCapture.h"
+#include "Support/RecordingTracker.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QStringList>
+#include <QWidget>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace Config = Velkor::KT::Tracking::Config;
+using Velkor::KT::Tracking::AttachReport;
+using Velkor::KT::Tracking::GuiHandler;
+using Velkor::KT::Tracking::StatisticsManager;
+using Kind = AttachReport::ProblemKind;
+
+namespace
+{
+
+// A main window with a panel, an action of its own and one kept by a registry, and a dialog whose
+// parent it is: both windows are top-level widgets, and the dialog is also in the main window's
+// tree.
+struct Windows
+{
+    Windows()
+    {
+        main.setObjectName("MainWindow");
+        panel->setObjectName("panel");
+        ok->setObjectName("okButton");
+        title->setObjectName("titleLabel");
+        mode->setObjectName("modeCombo");
+        mode->addItems({"Game", "Desktop"});
+        about->setObjectName("AboutDialog");
+        quit->setObjectName("actionQuit");
+        registry.setObjectName("actionRegistry");
+        aboutAction->setObjectName("actionAbout");
+        main.addAction(quit);
+        main.addAction(aboutAction);
+    }
+
+    QObject registry;
+    QWidget main;
+    QWidget* panel = new QWidget(&main);
+    QPushButton* ok = new QPushButton(panel);
+    QLabel* title = new QLabel(panel);
+    QComboBox* mode = new QComboBox(panel);
+    QDialog* about = new QDialog(&main);
+    QAction* quit = new QAction(&main);
+    QAction* aboutAction = new QAction(&registry);
+};
+
+// One line of a document; `kind` the problem expected of the entry that starts on it.
+struct Line
+{
+    const char* text;
+    std::optional<Kind> kind = std::nullopt;
+    const char* says = "";
+    bool matches = true;
+};
+
+// Each mistake on an entry of its own; lines without an expectation have no problem.
+const std::vector<Line> kMistakes = {
+    {"<ktmstat><gui>"},
+    {"<widget id=\"panel\">", Kind::TriggerMismatch,
+     "signal \"2destroyed()\" is never hooked: only object entries hook signals"},
+    {"  <signal event=\"PANEL\" signal=\"2destroyed()\"/>"},
+    {"  <button id=\"okButton\"><clicked-event event=\"OK\"/></button>"},
+    {"  <button id=\"okButton\"><clicked-event event=\"OK\"/></button>", Kind::RepeatedEntry,
+     "repeats the earlier button \"okButton\" (line 4) word for word; clicked-event sends its "
+     "event twice"},
+    {"  <button id=\"titleLabel\"><clicked-event event=\"TITLE\"/></button>", Kind::WrongClass,
+     "'MainWindow/panel/titleLabel' is a QLabel, which a button entry does not take (it takes "
+     "QAbstractButton)",
+     false},
+    {"  <button id=\"ok[\" idIsRegExp=\"true\"><clicked-event event=\"RE\"/></button>",
+     Kind::InvalidRegExp, "\"ok[\" is not a valid regular expression", false},
+    {"</widget>"},
+    {"<widget id=\"AboutDialog\"><show-event event=\"ABOUT_SHOWN\"/></widget>", Kind::HookedTwice,
+     "show-event still sends once"},
+    {"<action id=\"actionQuit\"><triggered-event event=\"QUIT\"/></action>", Kind::HookedTwice,
+     "'MainWindow/actionQuit' hooked 2 times: by the attach of 'MainWindow' and by the attach of "
+     "action 'MainWindow/actionQuit'; triggered-event sends its event twice"},
+    {"<action id=\"actionAbout\" propertyValue=\"Configuring\"><triggered-event event=\"A\"/>"
+     "</action>",
+     Kind::PropertyValueWithoutName,
+     "propertyValue \"Configuring\" without propertyName: the condition is ignored"},
+    {"<action id=\"noSuchAction\"><triggered-event event=\"NONE\"/></action>", std::nullopt, "",
+     false},
+    {"<object id=\"MainWindow::modeCombo\"><signal event=\"M\" signal=\"2activated(int)\"/>"
+     "</object>",
+     Kind::EmptyIdSegment, "id \"MainWindow::modeCombo\" has an empty segment"},
+    {"<object id=\"modeCombo\"><signal event=\"M\" signal=\"activated(int)\"/></object>",
+     Kind::MalformedSignal, "signal \"activated(int)\" lacks the code prefix \"2\""},
+    {"<object id=\"modeCombo\"><signal event=\"M\" signal=\"2activated(int\"/></object>",
+     Kind::MalformedSignal, "has unbalanced parentheses"},
+    {"<object id=\"modeCombo\"><signal event=\"M\" signal=\"2noSuchSignal()\"/></object>",
+     Kind::MissingSignal, "QComboBox has no signal noSuchSignal()"},
+    {"<object id=\"modeCombo\"><intSignal event=\"M\" key=\"K\" "
+     "signal=\"2currentTextChanged(QString)\"/></object>",
+     Kind::TriggerMismatch,
+     "needs a signal whose first parameter is int; currentTextChanged(QString) starts with "
+     "QString"},
+    {"<object id=\"modeCombo\"><stringSignal event=\"M\" key=\"K\" "
+     "signal=\"2currentIndexChanged(int)\"/></object>",
+     Kind::TriggerMismatch, "first parameter is QString"},
+    {"</gui></ktmstat>"},
+};
+
+const std::vector<Line> kCorrect = {
+    {"<ktmstat><gui>"},
+    {"<widget id=\"panel\">"},
+    {"  <button id=\"okButton\"><clicked-event event=\"OK\"/></button>"},
+    {"  <label id=\"titleLabel\"><link-activated-event event=\"LINK\"/></label>"},
+    {"  <combobox id=\"modeCombo\"><current-index-changed-event event=\"MODE\" index=\"I\"/>"
+     "</combobox>"},
+    {"</widget>"},
+    {"<action id=\"actionAbout\"><triggered-event event=\"ABOUT\"/></action>"},
+    {"<object id=\"MainWindow:modeCombo\">"},
+    {"  <intSignal event=\"ACTIVATED\" key=\"K\" signal=\"2activated(int)\"/>"},
+    {"  <stringSignal event=\"TEXT\" key=\"T\" signal=\"2currentTextChanged(const "
+     "QString&amp;)\"/>"},
+    {"</object>"},
+    {"</gui></ktmstat>"},
+};
+
+std::string Document(const std::vector<Line>& lines)
+{
+    std::string text;
+    for (const Line& line : lines)
+    {
+        text += std::string(line.text) + "\n";
+    }
+    return text;
+}
+
+struct Section
+{
+    std::unique_ptr<Config::KtmStat> model;
+    std::vector<int> lines;
+};
+
+Section Read(const std::string& text)
+{
+    Section section;
+    std::istringstream input(text);
+    section.model = Config::ktmstat(input, section.lines, ::xml_schema::flags::dont_validate);
+    return section;
+}
+
+// A statistics manager whose reports are kept.
+struct Manager
+{
+    explicit Manager(const std::string& document)
+    {
+        manager.SetConfig(document);
+        manager.SetAttachReportSink([this](const AttachReport& report)
+                                    { reports.push_back(report); });
+    }
+
+    std::shared_ptr<KtTest::RecordingTracker> tracker =
+        std::make_shared<KtTest::RecordingTracker>();
+    StatisticsManager manager{
+        tracker,
+        nullptr,
+        nullptr,
+        nullptr,
+        std::make_shared<KtTest::FixedLaunchType>(2),
+        std::make_shared<KtTest::ListCrashTracker>(std::vector<std::string>{}),
+        nullptr,
+        {}};
+    std::vector<AttachReport> reports;
+};
+
+const AttachReport::Entry* EntryAt(const AttachReport& report, int line)
+{
+    for (const AttachReport::Entry& entry : report.Entries())
+    {
+        if (entry.line == line)
+        {
+            return &entry;
+        }
+    }
+    return nullptr;
+}
+
+class AttachReportTest : public testing::TestWithParam<const std::vector<Line>*>
+{
+};
+
+// Every entry shows exactly the problem its line expects, and whether it matched.
+TEST_P(AttachReportTest, EachMistakeReportedOnceOnItsEntry)
+{
+    const std::vector<Line>& lines = *GetParam();
+    Windows windows;
+    Manager manager(Document(lines));
+    manager.manager.AttachAllTopLevelWindows();
+    ASSERT_EQ(manager.reports.size(), 1u);
+    const AttachReport& report = manager.reports.front();
+    EXPECT_EQ(report.AttachedTo(), "2 top-level windows and 2 actions");
+
+    int entries = 0;
+    for (std::size_t i = 0; i < lines.size(); ++i)
+    {
+        const Line& line = lines[i];
+        const AttachReport::Entry* entry = EntryAt(report, int(i) + 1);
+        if (!entry)
+        {
+            continue;
+        }
+        ++entries;
+        SCOPED_TRACE(line.text);
+        EXPECT_EQ(!entry->MatchedNothing(), line.matches);
+        if (!line.kind)
+        {
+            EXPECT_TRUE(entry->problems.isEmpty()) << entry->problems.first().text.toStdString();
+            continue;
+        }
+        ASSERT_EQ(entry->problems.size(), 1);
+        EXPECT_EQ(entry->problems.first().kind, *line.kind);
+        EXPECT_TRUE(entry->problems.first().text.contains(QLatin1String(line.says)))
+            << entry->problems.first().text.toStdString();
+    }
+    EXPECT_EQ(entries, report.Entries().size());
+    EXPECT_EQ(report.HasProblems(), &lines == &kMistakes);
+}
+
+// The live report and the match of a dump of the same windows agree entry by entry (the
+// actions' order aside: the statistics manager attaches them in the order of their addresses).
+TEST_P(AttachReportTest, DumpedTreeMatchesAsTheWindowsAttach)
+{
+    const std::string document = Document(*GetParam());
+    Windows windows;
+    const Section section = Read(document);
+    QString error;
+    const AttachReport offline = Velkor::KT::Tracking::MatchObjectTree(
+        Velkor::KT::Tracking::DumpTopLevelWidgets(), *section.model->gui(), section.lines, &error);
+    ASSERT_TRUE(error.isEmpty()) << error.toStdString();
+    Manager manager(document);
+    manager.manager.AttachAllTopLevelWindows();
+    ASSERT_EQ(manager.reports.size(), 1u);
+
+    const auto lines = [](const AttachReport& report)
+    {
+        std::vector<std::string> lines;
+        for (const AttachReport::Entry& entry : report.Entries())
+        {
+            QStringList matches;
+            for (const AttachReport::Match& match : entry.matches)
+            {
+                QStringList hooks;
+                for (const AttachReport::Hook& hook : match.hooks)
+                {
+                    hooks << hook.trigger + " " + hook.event + " " + hook.signal;
+                }
+                matches << match.path + " " + match.className + ": " + hooks.join(", ");
+            }
+            matches.sort();
+            QStringList problems;
+            for (const AttachReport::Problem& problem : entry.problems)
+            {
+                problems << problem.text;
+            }
+            problems.sort();
+            lines.push_back(QString("%1 %2 %3 | %4 | %5")
+                                .arg(entry.line)
+                                .arg(AttachReport::ElementName(entry.kind), entry.id,
+                                     matches.join("; "), problems.join("; "))
+                                .toStdString());
+        }
+        return lines;
+    };
+    EXPECT_EQ(lines(offline), lines(manager.reports.front()));
+    EXPECT_EQ(offline.AttachedTo(), manager.reports.front().AttachedTo());
+}
+
+INSTANTIATE_TEST_SUITE_P(Sections, AttachReportTest, testing::Values(&kMistakes, &kCorrect),
+                         [](const testing::TestParamInfo<const std::vector<Line>*>& info)
+                         { return info.param == &kMistakes ? "Mistakes" : "Correct"; });
+
+// What the report says of hooks made twice is what the events show: a signal connected twice
+// sends twice, a Qt event registered twice for one object only once.
+TEST(AttachReportEventsTest, HooksMadeTwiceSendAsTheReportSays)
+{
+    Windows windows;
+    Manager manager(Document(kMistakes));
+    manager.manager.AttachAllTopLevelWindows();
+    manager.tracker->Clear();
+    windows.ok->click();
+    windows.quit->trigger();
+    windows.about->show();
+    EXPECT_EQ(manager.tracker->Names(),
+              (std::vector<std::string>{"OK", "OK", "QUIT", "QUIT", "ABOUT_SHOWN"}));
+}
+
+// A window attached by itself, when it gets its native window, is reported like any other.
+TEST(AttachReportAutoTest, NewWindowAttachedByItselfIsReported)
+{
+    const Section section = Read(Document(kCorrect));
+    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
+    handler.SetConfig(*section.model->gui(), section.lines);
+    std::vector<AttachReport> reports;
+    handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
+    Windows windows;
+    windows.main.show();
+    ASSERT_EQ(reports.size(), 1u);
+    EXPECT_EQ(reports.front().AttachedTo(), "'MainWindow'");
+    EXPECT_EQ(reports.front().UnmatchedCount(), 1);  // the action, attached on its own
+}
+
+// Without a sink, the findings go to the verbose log, and only when it is switched on.
+TEST(AttachReportLogTest, FindingsGoToTheVerboseLogWhenItIsOn)
+{
+    const Section section = Read(Document(kMistakes));
+    for (const int verbosity : {0, 1})
+    {
+        Windows windows;
+        GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
+        handler.SetConfig(*section.model->gui(), section.lines);
+        KtTest::LogCapture log;
+        FLAGS_v = verbosity;
+        handler.Attach(&windows.main);
+        FLAGS_v = 0;
+        const std::vector<std::string> messages = log.Messages();
+        const bool logged = std::any_of(
+            messages.begin(), messages.end(),
+            [](const std::string& message)
+            {
+                return message.find(
+                           "line 6: warning: button \"titleLabel\": "
+                           "'MainWindow/panel/titleLabel' is a QLabel") != std::string::npos;
+            });
+        EXPECT_EQ(logged, verbosity == 1);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,171 @@
+// kttrack on gui sections: match against a dumped tree, and the lints of check.
+
+#include "KtTrack.h"
+
+#include "Tracking/ObjectTree.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QFile>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QWidget>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+struct GuiOutcome
+{
+    int code;
+    std::string out;
+    std::string err;
+};
+
+GuiOutcome RunTool(const std::vector<std::string>& args)
+{
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream err;
+    const int code = Velkor::KT::KtTrack::RunKtTrack(args, in, out, err);
+    return {code, out.str(), err.str()};
+}
+
+std::string Write(const QTemporaryDir& dir, const char* name, const QByteArray& text)
+{
+    QFile file(dir.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    return file.fileName().toStdString();
+}
+
+// The entries start on line 2, one a line.
+std::string Document(const std::string& entries)
+{
+    return "<ktmstat><gui>\n" + entries + "</gui></ktmstat>\n";
+}
+
+struct MatchRow
+{
+    const char* label;
+    std::string entries;
+    QByteArray tree;  // empty: the dump of the window below
+    int code;
+    std::vector<std::string> says;  // "@" stands for the document's path
+};
+
+void PrintTo(const MatchRow& row, std::ostream* out)
+{
+    *out << row.label;
+}
+
+class MatchTest : public testing::TestWithParam<MatchRow>
+{
+};
+
+TEST_P(MatchTest, PrintsWhatEachEntryHooks)
+{
+    const MatchRow& row = GetParam();
+    QWidget window;
+    window.setObjectName("MainWindow");
+    auto* ok = new QPushButton(&window);
+    ok->setObjectName("okButton");
+    auto* quit = new QAction(&window);
+    quit->setObjectName("actionQuit");
+    window.addAction(quit);
+
+    QTemporaryDir dir;
+    const std::string doc = Write(dir, "doc.xml", QByteArray::fromStdString(Document(row.entries)));
+    const std::string tree = Write(
+        dir, "tree.json",
+        row.tree.isEmpty() ? Velkor::KT::Tracking::DumpObjectTree({&window}).toJson() : row.tree);
+    const GuiOutcome run = RunTool({"match", doc, tree});
+    EXPECT_EQ(run.code, row.code) << run.err;
+    const std::string all = run.out + run.err;
+    for (std::string says : row.says)
+    {
+        if (says[0] == '@')
+        {
+            says = doc + says.substr(1);
+        }
+        EXPECT_NE(all.find(says), std::string::npos) << says << "\n" << all;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Trees, MatchTest,
+    testing::Values(
+        MatchRow{"EveryEntryMatches",
+                 "<widget id=\"MainWindow\"><button id=\"okButton\">"
+                 "<clicked-event event=\"OK\"/></button></widget>\n",
+                 {},
+                 0,
+                 {"@:2:   button \"okButton\" [OK]: hooks 1 object\n"
+                  "    MainWindow/okButton (QPushButton): clicked-event\n"}},
+        MatchRow{"SomeMatchNothing",
+                 "<widget id=\"MainWindow\"><button id=\"cancelButton\">"
+                 "<clicked-event event=\"CANCEL\"/></button></widget>\n",
+                 {},
+                 1,
+                 {"@:2: widget \"MainWindow\": finds 1 object\n",
+                  "@:2:   button \"cancelButton\" [CANCEL]: matched nothing\n"}},
+        MatchRow{"HookedTwiceAndWhy",
+                 "<action id=\"actionQuit\"><triggered-event event=\"QUIT\"/></action>\n",
+                 {},
+                 0,
+                 {"@:2: warning: action \"actionQuit\": 'MainWindow/actionQuit' hooked 2 times: "
+                  "by the attach of 'MainWindow' and by the attach of action "
+                  "'MainWindow/actionQuit'"}},
+        MatchRow{"TreeNotJson", "", "{\"roots\": [", 2, {"tree.json: error: offset"}},
+        MatchRow{"TreeOfAnotherKind",
+                 "",
+                 "{\"roots\": []}",
+                 2,
+                 {"tree.json: error: not a KtTracking object tree"}},
+        MatchRow{"TreeWithoutClasses",
+                 "",
+                 "{\"format\": \"KtTracking object tree\", \"version\": 1, \"roots\": [{}]}",
+                 2,
+                 {"tree.json: error: classes: missing or not an object"}}),
+    [](const auto& info) { return std::string(info.param.label); });
+
+TEST(MatchTest, DocumentMustBeAMainDocument)
+{
+    QTemporaryDir dir;
+    const std::string filter = Write(dir, "filter.xml", "<filter/>");
+    const std::string tree = Write(dir, "tree.json", "{}");
+    EXPECT_EQ(RunTool({"match", filter, tree}).code, 2);
+    EXPECT_EQ(RunTool({"match", filter}).code, 2);
+}
+
+// The lints point at the entry's line, as errors do; the shipped documents have none (see
+// CheckTest.ShippedDocumentsHaveNoErrors).
+TEST(CheckGuiTest, WarningsCarryTheEntrysLine)
+{
+    QTemporaryDir dir;
+    const std::string doc =
+        Write(dir, "doc.xml",
+              QByteArray::fromStdString(Document(
+                  "<object id=\"player\"><signal event=\"P\" signal=\"Play()\"/></object>\n"
+                  "<object id=\"player\"><intSignal event=\"I\" key=\"K\" "
+                  "signal=\"2Name(QString)\"/></object>\n"
+                  "<object id=\"a::b\"/>\n")));
+    const GuiOutcome run = RunTool({"check", "--werror", doc});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.err,
+              doc +
+                  ":2: warning: object \"player\": signal \"Play()\" lacks the code prefix "
+                  "\"2\": it is never connected\n" +
+                  doc +
+                  ":3: warning: object \"player\": intSignal \"2Name(QString)\" needs a signal "
+                  "whose first parameter is int; Name(QString) starts with QString\n" +
+                  doc +
+                  ":4: warning: object \"a::b\": id \"a::b\" has an empty segment, which "
+                  "the search skips\n");
+}
+
+}  // namespace
