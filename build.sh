@@ -9,7 +9,7 @@
 #   ./build.sh bench                    build, then run the benchmarks
 #   ./build.sh fuzz [--seconds N] [TARGET...]   clang build with libFuzzer (build-fuzz/), then
 #                                       fuzz each target (default: all) N seconds (default 60);
-#                                       fails on any finding (see Tests/Fuzz/README.md)
+#                                       fails on any finding (README: Fuzzing)
 #
 # Environment: BUILD_DIR overrides the build directory, JOBS the build parallelism.
 set -euo pipefail
