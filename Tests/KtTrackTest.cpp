@@ -366,6 +366,11 @@ KT_ROWS(SeededErrorTest,
              "(KtmStat.xsd)"},
             {"UnknownRoot", "AggregatorConfig.xml", "<aggregator ", "<aggregators ", "<aggregators",
              "unknown root element 'aggregators'"},
+            // Valid for the reader, not for the schemas: each kind is validated against its own.
+            {"MatchersOutOfOrder", "FilterConfig.xml", "<param key=\"WINDOW\">",
+             "<param key=\"WINDOW\"><any/>", "<equal", "(Filter.xsd)"},
+            {"TextInEvent", "AggregatorConfig.xml", "<affectingEventName>",
+             "text<affectingEventName>", "text", "(Aggregator.xsd)"},
         });
 
 // ---- check: the rules and the documents across ----------------------------------------------
