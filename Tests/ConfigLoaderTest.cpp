@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 
 using Velkor::KT::Tracking::LoadConfigFromQrc;
@@ -16,58 +15,33 @@ using Velkor::KT::Tracking::LoadConfigFromQrc;
 namespace
 {
 
-struct MissingRow
-{
-    const char* label;
-    std::string path;
-};
-
-void PrintTo(const MissingRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class ConfigLoaderMissingTest : public testing::TestWithParam<MissingRow>
-{
-};
-
-TEST_P(ConfigLoaderMissingTest, GivesEmptyTextSilently)
+// Missing documents give an empty text, silently; only resources are read, never files.
+TEST(ConfigLoaderTest, MissingDocumentGivesEmptyTextSilently)
 {
     KtTest::LogCapture log;
-    EXPECT_EQ(LoadConfigFromQrc(GetParam().path), "");
+    for (const std::string path : {"/KT/Tracking/NoSuch.xml", "/KT/Tracking/config.xml",
+                                   "/KT/Tracking", "", SOURCE_CONFIG_DIR "/Config.xml"})
+    {
+        EXPECT_EQ(LoadConfigFromQrc(path), "") << path;
+    }
     EXPECT_TRUE(log.Lines().empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Paths, ConfigLoaderMissingTest,
-    testing::Values(MissingRow{"NoSuchDocument", "/KT/Tracking/NoSuch.xml"},
-                    MissingRow{"WrongCase", "/KT/Tracking/config.xml"},
-                    MissingRow{"Directory", "/KT/Tracking"}, MissingRow{"Empty", ""},
-                    // Only resources are read, never the file system.
-                    MissingRow{"FileOnDisk", SOURCE_CONFIG_DIR "/Config.xml"}));
-
-class ConfigLoaderDocumentTest : public testing::TestWithParam<const char*>
+// The resource holds each document byte for byte as written, whichever spelling of the path.
+TEST(ConfigLoaderTest, GivesTheSourceBytes)
 {
-};
-
-// The resource holds the document byte for byte as written, whichever spelling of the path.
-TEST_P(ConfigLoaderDocumentTest, GivesTheSourceBytes)
-{
-    const std::string name = GetParam();
-    QFile source(QString::fromUtf8(SOURCE_CONFIG_DIR "/") + QString::fromStdString(name));
-    ASSERT_TRUE(source.open(QIODevice::ReadOnly));
-    const QByteArray bytes = source.readAll();
-    const std::string expected(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-
-    EXPECT_EQ(LoadConfigFromQrc("/KT/Tracking/" + name), expected);
-    EXPECT_EQ(LoadConfigFromQrc(":/KT/Tracking/" + name), expected);
-    EXPECT_EQ(QResource(QString::fromStdString(":/KT/Tracking/" + name)).compressionAlgorithm(),
-              QResource::ZlibCompression);
+    for (const std::string name : {"Config.xml", "ConfigGACA.xml", "FilterConfig.xml",
+                                   "FilterConfigGACA.xml", "AggregatorConfig.xml"})
+    {
+        QFile source(QString::fromStdString(SOURCE_CONFIG_DIR "/" + name));
+        ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+        const std::string expected = source.readAll().toStdString();
+        EXPECT_EQ(LoadConfigFromQrc("/KT/Tracking/" + name), expected);
+        EXPECT_EQ(LoadConfigFromQrc(":/KT/Tracking/" + name), expected);
+        EXPECT_EQ(QResource(QString::fromStdString(":/KT/Tracking/" + name)).compressionAlgorithm(),
+                  QResource::ZlibCompression);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Documents, ConfigLoaderDocumentTest,
-                         testing::Values("Config.xml", "ConfigGACA.xml", "FilterConfig.xml",
-                                         "FilterConfigGACA.xml", "AggregatorConfig.xml"));
 
 TEST(ConfigLoaderTest, MainDocumentStartsWithItsCommentAndKeepsCrLf)
 {

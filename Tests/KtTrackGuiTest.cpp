@@ -1,6 +1,7 @@
 // kttrack on gui sections: match against a dumped tree, and the lints of check.
 
 #include "KtTrack.h"
+#include "Support/Table.h"
 
 #include "Tracking/ObjectTree.h"
 
@@ -58,14 +59,7 @@ struct MatchRow
     std::vector<std::string> says;  // "@" stands for the document's path
 };
 
-void PrintTo(const MatchRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class MatchTest : public testing::TestWithParam<MatchRow>
-{
-};
+using MatchTest = KtTest::Table<MatchRow>;
 
 TEST_P(MatchTest, PrintsWhatEachEntryHooks)
 {
@@ -96,44 +90,41 @@ TEST_P(MatchTest, PrintsWhatEachEntryHooks)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Trees, MatchTest,
-    testing::Values(
-        MatchRow{"EveryEntryMatches",
-                 "<widget id=\"MainWindow\"><button id=\"okButton\">"
-                 "<clicked-event event=\"OK\"/></button></widget>\n",
-                 {},
-                 0,
-                 {"@:2:   button \"okButton\" [OK]: hooks 1 object\n"
-                  "    MainWindow/okButton (QPushButton): clicked-event\n"}},
-        MatchRow{"SomeMatchNothing",
-                 "<widget id=\"MainWindow\"><button id=\"cancelButton\">"
-                 "<clicked-event event=\"CANCEL\"/></button></widget>\n",
-                 {},
-                 1,
-                 {"@:2: widget \"MainWindow\": finds 1 object\n",
-                  "@:2:   button \"cancelButton\" [CANCEL]: matched nothing\n"}},
-        MatchRow{"HookedTwiceAndWhy",
-                 "<action id=\"actionQuit\"><triggered-event event=\"QUIT\"/></action>\n",
-                 {},
-                 0,
-                 {"@:2: warning: action \"actionQuit\": 'MainWindow/actionQuit' hooked 2 times: "
-                  "by the attach of 'MainWindow' and by the attach of action "
-                  "'MainWindow/actionQuit'"}},
-        MatchRow{"TreeNotJson", "", "{\"roots\": [", 2, {"tree.json: error: offset"}},
-        MatchRow{"TreeOfAnotherKind",
-                 "",
-                 "{\"roots\": []}",
-                 2,
-                 {"tree.json: error: not a KtTracking object tree"}},
-        MatchRow{"TreeWithoutClasses",
-                 "",
-                 "{\"format\": \"KtTracking object tree\", \"version\": 1, \"roots\": [{}]}",
-                 2,
-                 {"tree.json: error: classes: missing or not an object"}}),
-    [](const auto& info) { return std::string(info.param.label); });
+KT_ROWS(MatchTest,
+        {{"EveryEntryMatches",
+          "<widget id=\"MainWindow\"><button id=\"okButton\">"
+          "<clicked-event event=\"OK\"/></button></widget>\n",
+          {},
+          0,
+          {"@:2:   button \"okButton\" [OK]: hooks 1 object\n"
+           "    MainWindow/okButton (QPushButton): clicked-event\n"}},
+         {"SomeMatchNothing",
+          "<widget id=\"MainWindow\"><button id=\"cancelButton\">"
+          "<clicked-event event=\"CANCEL\"/></button></widget>\n",
+          {},
+          1,
+          {"@:2: widget \"MainWindow\": finds 1 object\n",
+           "@:2:   button \"cancelButton\" [CANCEL]: matched nothing\n"}},
+         {"HookedTwiceAndWhy",
+          "<action id=\"actionQuit\"><triggered-event event=\"QUIT\"/></action>\n",
+          {},
+          0,
+          {"@:2: warning: action \"actionQuit\": 'MainWindow/actionQuit' hooked 2 times: "
+           "by the attach of 'MainWindow' and by the attach of action "
+           "'MainWindow/actionQuit'"}},
+         {"TreeNotJson", "", "{\"roots\": [", 2, {"tree.json: error: offset"}},
+         {"TreeOfAnotherKind",
+          "",
+          "{\"roots\": []}",
+          2,
+          {"tree.json: error: not a KtTracking object tree"}},
+         {"TreeWithoutClasses",
+          "",
+          "{\"format\": \"KtTracking object tree\", \"version\": 1, \"roots\": [{}]}",
+          2,
+          {"tree.json: error: classes: missing or not an object"}}});
 
-TEST(MatchTest, DocumentMustBeAMainDocument)
+TEST(MatchDocumentTest, MustBeAMainDocument)
 {
     QTemporaryDir dir;
     const std::string filter = Write(dir, "filter.xml", "<filter/>");

@@ -15,6 +15,9 @@
 #include "Tracking/EventJson.h"
 #include "Tracking/RecordingKtTracker.h"
 
+#include "Support/RecordingTracker.h"
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -41,12 +44,6 @@ namespace
 {
 
 const std::string kConfigDir = SOURCE_CONFIG_DIR;
-
-class Discard : public Velkor::KT::Tracking::IKtTracker
-{
-public:
-    void Track(const Event&) override {}
-};
 
 struct Outcome
 {
@@ -88,14 +85,7 @@ struct ReplayRow
     std::string expectedOut;
 };
 
-void PrintTo(const ReplayRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class ReplayTest : public testing::TestWithParam<ReplayRow>
-{
-};
+using ReplayTest = KtTest::Table<ReplayRow>;
 
 TEST_P(ReplayTest, DeliversWhatTheStagesLetThrough)
 {
@@ -108,61 +98,54 @@ TEST_P(ReplayTest, DeliversWhatTheStagesLetThrough)
     EXPECT_EQ(run.out, row.expectedOut);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ShippedAndNone, ReplayTest,
-    testing::Values(
-        // The stop button's cause is held back and merged into the stop the capture reports,
-        // which the filter has classified: 90 s is up to 2 minutes, 5 MB between 1 and 10 MB.
-        ReplayRow{
-            "ButtonStopMergedIntoClassifiedStop",
-            {},
-            R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}})"
-            "\n\n"
-            R"({"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880",)"
-            R"( "AUDIO_SOURCES": "", "REASON_STOP": "SUCCESS"}})"
-            "\n",
-            R"({"name":"CAPTURE_STOP","params":{"AUDIO_SOURCES":"OFF","DURATION":"90",)"
-            R"("DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB",)"
-            R"("METHOD":"BUTTON","REASON_STOP":"SUCCESS"}})"
-            "\n"},
-        // The filter makes the hot key's cause; only a filter standing before the aggregator
-        // lets it reach the start.
-        ReplayRow{
-            "HotkeyRenamedThenMerged",
-            {},
-            R"({"name":"HOTKEY_TRIGGERED","params":{"HOTKEY_ID":"captureStartStop","METHOD":"HK"}}
+KT_ROWS(ReplayTest,
+        {// The stop button's cause is held back and merged into the stop the capture reports,
+         // which the filter has classified: 90 s is up to 2 minutes, 5 MB between 1 and 10 MB.
+         {"ButtonStopMergedIntoClassifiedStop",
+          {},
+          R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}})"
+          "\n\n"
+          R"({"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880",)"
+          R"( "AUDIO_SOURCES": "", "REASON_STOP": "SUCCESS"}})"
+          "\n",
+          R"({"name":"CAPTURE_STOP","params":{"AUDIO_SOURCES":"OFF","DURATION":"90",)"
+          R"("DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB",)"
+          R"("METHOD":"BUTTON","REASON_STOP":"SUCCESS"}})"
+          "\n"},
+         // The filter makes the hot key's cause; only a filter standing before the aggregator
+         // lets it reach the start.
+         {"HotkeyRenamedThenMerged",
+          {},
+          R"({"name":"HOTKEY_TRIGGERED","params":{"HOTKEY_ID":"captureStartStop","METHOD":"HK"}}
 {"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "showHideOverlays", "METHOD": "HK"}}
 {"name": "CAPTURE_START"}
 {"name": "CAPTURE_START"}
 )",
-            "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"HK\"}}\n"
-            "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
-        ReplayRow{
-            "NoFilterLeavesRawHotkey",
-            {"--filter", "none"},
-            R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "captureStartStop"}}
+          "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"HK\"}}\n"
+          "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
+         {"NoFilterLeavesRawHotkey",
+          {"--filter", "none"},
+          R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "captureStartStop"}}
 {"name": "CAPTURE_START"}
 )",
-            "{\"name\":\"HOTKEY_TRIGGERED\",\"params\":{\"HOTKEY_ID\":\"captureStartStop\"}}\n"
-            "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
-        ReplayRow{"NoStagesPassEverythingInOrder",
-                  {"--filter=none", "--aggregator=none"},
-                  R"({"name": "TRAY_CAPTURE_START_EVENT", "params": {"METHOD": "TRAY"}}
+          "{\"name\":\"HOTKEY_TRIGGERED\",\"params\":{\"HOTKEY_ID\":\"captureStartStop\"}}\n"
+          "{\"name\":\"CAPTURE_START\",\"params\":{}}\n"},
+         {"NoStagesPassEverythingInOrder",
+          {"--filter=none", "--aggregator=none"},
+          R"({"name": "TRAY_CAPTURE_START_EVENT", "params": {"METHOD": "TRAY"}}
 {"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
 {"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
 )",
-                  "{\"name\":\"TRAY_CAPTURE_START_EVENT\",\"params\":{\"METHOD\":\"TRAY\"}}\n"
-                  "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"
-                  "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"},
-        ReplayRow{
-            "TextFormatOfTheViewer",
-            {"--format", "text", "--aggregator", "none"},
-            R"({"name": "CAPTURE_STOP", "params": {"FILE_SIZE": "1048576", "AUDIO_SOURCES": "M"}})",
-            "CAPTURE_STOP\n\tAUDIO_SOURCES=M\n\tFILE_SIZE=1048576\n"
-            "\tFILE_SIZE_PRESET=UP_TO_1_MB\n"}),
-    [](const auto& info) { return std::string(info.param.label); });
+          "{\"name\":\"TRAY_CAPTURE_START_EVENT\",\"params\":{\"METHOD\":\"TRAY\"}}\n"
+          "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"
+          "{\"name\":\"SHOW_WINDOW\",\"params\":{\"WINDOW\":\"MAIN\"}}\n"},
+         {"TextFormatOfTheViewer",
+          {"--format", "text", "--aggregator", "none"},
+          R"({"name": "CAPTURE_STOP", "params": {"FILE_SIZE": "1048576", "AUDIO_SOURCES": "M"}})",
+          "CAPTURE_STOP\n\tAUDIO_SOURCES=M\n\tFILE_SIZE=1048576\n"
+          "\tFILE_SIZE_PRESET=UP_TO_1_MB\n"}});
 
-TEST(ReplayTest, OwnRuleDocumentsAreUsed)
+TEST(ReplayDocumentsTest, OwnRuleDocumentsAreUsed)
 {
     QTemporaryDir dir;
     const std::string filter = Write(dir, "f.xml", R"(<filter><event event="A"><param key="K">
@@ -212,14 +195,7 @@ struct MalformedRow
     std::string message;  // after "events.jsonl:"
 };
 
-void PrintTo(const MalformedRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class MalformedInputTest : public testing::TestWithParam<MalformedRow>
-{
-};
+using MalformedInputTest = KtTest::Table<MalformedRow>;
 
 TEST_P(MalformedInputTest, NamesFileLineAndFault)
 {
@@ -238,22 +214,17 @@ TEST_P(MalformedInputTest, NamesFileLineAndFault)
 
 const std::string kTwoGood = "{\"name\":\"A\"}\n{\"name\":\"B\",\"params\":{}}\n";
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, MalformedInputTest,
-    testing::Values(
-        MalformedRow{"BrokenJson", kTwoGood + "{\"name\":\"C\",}\n", "3: invalid JSON at column"},
-        MalformedRow{"BlankLinesStillCount", "\n" + kTwoGood + "\r\n[1]\n",
-                     "5: expected an object"},
-        MalformedRow{"NameMissing", kTwoGood + "{\"params\":{}}", "3: \"name\" is missing"},
-        MalformedRow{"NameNotString", "{\"name\":7}", "1: \"name\" must be a string"},
-        MalformedRow{"NumberValue", kTwoGood + "{\"name\":\"C\",\"params\":{\"D\":90}}",
-                     "3: value of \"D\" must be a string, not a number"},
-        MalformedRow{"ParamsArray", "{\"name\":\"C\",\"params\":[]}",
-                     "1: \"params\" must be an object"},
-        MalformedRow{"MisspelledKey", "{\"name\":\"C\",\"param\":{}}", "1: unknown key \"param\""}),
-    [](const auto& info) { return std::string(info.param.label); });
+KT_ROWS(MalformedInputTest,
+        {{"BrokenJson", kTwoGood + "{\"name\":\"C\",}\n", "3: invalid JSON at column"},
+         {"BlankLinesStillCount", "\n" + kTwoGood + "\r\n[1]\n", "5: expected an object"},
+         {"NameMissing", kTwoGood + "{\"params\":{}}", "3: \"name\" is missing"},
+         {"NameNotString", "{\"name\":7}", "1: \"name\" must be a string"},
+         {"NumberValue", kTwoGood + "{\"name\":\"C\",\"params\":{\"D\":90}}",
+          "3: value of \"D\" must be a string, not a number"},
+         {"ParamsArray", "{\"name\":\"C\",\"params\":[]}", "1: \"params\" must be an object"},
+         {"MisspelledKey", "{\"name\":\"C\",\"param\":{}}", "1: unknown key \"param\""}});
 
-TEST(MalformedInputTest, CommandExitsWithTwoAndTheLine)
+TEST(MalformedCommandTest, ExitsWithTwoAndTheLine)
 {
     const Outcome run = KtTrack({"replay", "-"}, kTwoGood + "{\"name\":\n");
     EXPECT_EQ(run.code, 2);
@@ -270,11 +241,14 @@ TEST(EventsJsonTest, RecordedEventsReadBack)
         {"QUOTE\"BACK\\SLASH", {{"TAB\tKEY", "line\nbreak"}, {"EMPTY", ""}}},
         {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f\x7f"}}},
         {"NUL\0INSIDE"s, {{"EMOJI \xf0\x9f\x8e\xa5", "\0"s}, {"\xe4\xb8\xad", "\r\b\f"}}},
-        {"\xef\xbb\xbf" "BOM", {{"U+FEFF", "\xef\xbb\xbf\xef\xbb\xbfx\xef\xbb\xbf"}}}};
+        {"\xef\xbb\xbf"
+         "BOM",
+         {{"U+FEFF", "\xef\xbb\xbf\xef\xbb\xbfx\xef\xbb\xbf"}}}};
     QTemporaryDir dir;
     const QString path = dir.filePath("raw.jsonl");
     {
-        Velkor::KT::Tracking::RecordingKtTracker recorder(std::make_shared<Discard>(), path);
+        Velkor::KT::Tracking::RecordingKtTracker recorder(
+            std::make_shared<KtTest::RecordingTracker>(), path);
         for (const Event& event : events)
         {
             recorder.Track(event);
@@ -300,14 +274,7 @@ struct DiffRow
     std::vector<std::string> lines;
 };
 
-void PrintTo(const DiffRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class EventDiffTest : public testing::TestWithParam<DiffRow>
-{
-};
+using EventDiffTest = KtTest::Table<DiffRow>;
 
 TEST_P(EventDiffTest, DescribesEachDifference)
 {
@@ -324,54 +291,37 @@ const Event kStart{"CAPTURE_START", {{"METHOD", "TRAY"}}};
 const Event kPause{"CAPTURE_PAUSE", {{"DURATION", "5"}}};
 const Event kStop{"CAPTURE_STOP", {{"DURATION", "90"}, {"METHOD", "BUTTON"}}};
 
-INSTANTIATE_TEST_SUITE_P(
-    Pairs, EventDiffTest,
-    testing::Values(
-        DiffRow{"Equal", {kStart, kStop}, {kStart, kStop}, {}},
-        DiffRow{"ValueDiffers",
-                {kStart, kStop},
-                {kStart, {"CAPTURE_STOP", {{"DURATION", "91"}, {"METHOD", "BUTTON"}}}},
-                {"out:11: event #2 CAPTURE_STOP: \"DURATION\": expected \"90\", delivered \"91\""}},
-        DiffRow{"KeyMissingAndKeyExtra",
-                {kStop},
-                {{"CAPTURE_STOP", {{"DURATION", "90"}, {"REASON", "X"}}}},
-                {"out:10: event #1 CAPTURE_STOP: \"METHOD\": expected \"BUTTON\", not delivered",
-                 "out:10: event #1 CAPTURE_STOP: \"REASON\": not expected, delivered \"X\""}},
-        // Later events stay paired with their own counterparts.
-        DiffRow{"MissingInTheMiddle",
-                {kStart, kPause, kStop},
-                {kStart, kStop},
-                {"out:11: event #2 missing: "
-                 "{\"name\":\"CAPTURE_PAUSE\",\"params\":{\"DURATION\":\"5\"}}"}},
-        DiffRow{"UnexpectedThenValueDiffers",
-                {kStart, kStop},
-                {kStart, kPause, {"CAPTURE_STOP", {{"DURATION", "90"}, {"METHOD", "MENU"}}}},
-                {"delivered event #2 not expected: "
-                 "{\"name\":\"CAPTURE_PAUSE\",\"params\":{\"DURATION\":\"5\"}}",
-                 "out:11: event #2 (delivered #3) CAPTURE_STOP: \"METHOD\": expected \"BUTTON\", "
-                 "delivered \"MENU\""}},
-        DiffRow{"NothingDelivered",
-                {kStart},
-                {},
-                {"out:10: event #1 missing: "
-                 "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"TRAY\"}}"}}),
-    [](const auto& info) { return std::string(info.param.label); });
+KT_ROWS(EventDiffTest,
+        {{"Equal", {kStart, kStop}, {kStart, kStop}, {}},
+         {"ValueDiffers",
+          {kStart, kStop},
+          {kStart, {"CAPTURE_STOP", {{"DURATION", "91"}, {"METHOD", "BUTTON"}}}},
+          {"out:11: event #2 CAPTURE_STOP: \"DURATION\": expected \"90\", delivered \"91\""}},
+         {"KeyMissingAndKeyExtra",
+          {kStop},
+          {{"CAPTURE_STOP", {{"DURATION", "90"}, {"REASON", "X"}}}},
+          {"out:10: event #1 CAPTURE_STOP: \"METHOD\": expected \"BUTTON\", not delivered",
+           "out:10: event #1 CAPTURE_STOP: \"REASON\": not expected, delivered \"X\""}},
+         // Later events stay paired with their own counterparts.
+         {"MissingInTheMiddle",
+          {kStart, kPause, kStop},
+          {kStart, kStop},
+          {"out:11: event #2 missing: "
+           "{\"name\":\"CAPTURE_PAUSE\",\"params\":{\"DURATION\":\"5\"}}"}},
+         {"UnexpectedThenValueDiffers",
+          {kStart, kStop},
+          {kStart, kPause, {"CAPTURE_STOP", {{"DURATION", "90"}, {"METHOD", "MENU"}}}},
+          {"delivered event #2 not expected: "
+           "{\"name\":\"CAPTURE_PAUSE\",\"params\":{\"DURATION\":\"5\"}}",
+           "out:11: event #2 (delivered #3) CAPTURE_STOP: \"METHOD\": expected \"BUTTON\", "
+           "delivered \"MENU\""}},
+         {"NothingDelivered",
+          {kStart},
+          {},
+          {"out:10: event #1 missing: "
+           "{\"name\":\"CAPTURE_START\",\"params\":{\"METHOD\":\"TRAY\"}}"}}});
 
-// ---- check: shipped documents and seeded errors --------------------------------------------
-
-TEST(CheckTest, ShippedDocumentsHaveNoErrors)
-{
-    std::vector<std::string> args{"check"};
-    for (const char* name : {"Config.xml", "ConfigGACA.xml", "FilterConfig.xml",
-                             "FilterConfigGACA.xml", "AggregatorConfig.xml"})
-    {
-        args.push_back(kConfigDir + "/" + name);
-    }
-    const Outcome run = KtTrack(args);
-    EXPECT_EQ(run.code, 0) << run.err;
-    EXPECT_EQ(run.err.find(": error:"), std::string::npos) << run.err;
-    EXPECT_NE(run.out.find("5 documents checked: 0 errors"), std::string::npos) << run.out;
-}
+// ---- check: seeded errors ----------------------------------------------------------------------
 
 struct SeedRow
 {
@@ -382,15 +332,7 @@ struct SeedRow
     std::string errorAt;  // the error is on the first line at or after the seed holding this
     std::string message;
 };
-
-void PrintTo(const SeedRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class SeededErrorTest : public testing::TestWithParam<SeedRow>
-{
-};
+using SeededErrorTest = KtTest::Table<SeedRow>;
 
 TEST_P(SeededErrorTest, ReportedAtItsLine)
 {
@@ -412,40 +354,37 @@ TEST_P(SeededErrorTest, ReportedAtItsLine)
     EXPECT_NE(run.err.find(row.message, line), std::string::npos) << run.err;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Shipped, SeededErrorTest,
-    testing::Values(
-        SeedRow{"UnclosedTag", "FilterConfig.xml", "</param>", "", "</event>", ": error: "},
-        SeedRow{"BadBoolean", "FilterConfig.xml", "skipFullRepeats=\"true\"",
-                "skipFullRepeats=\"maybe\"", "maybe", "invalid"},
-        SeedRow{"MissingAttribute", "AggregatorConfig.xml", "<event event=\"CAPTURE_PAUSE\">",
-                "<event>", "<event>", "expected attribute 'event'"},
-        // Read by the application without complaint, but everything after it is ignored there.
-        SeedRow{"SectionsSwapped", "Config.xml", "<gui>", "<instances/><gui>", "<gui>",
-                "(KtmStat.xsd)"},
-        SeedRow{"UnknownRoot", "AggregatorConfig.xml", "<aggregator ", "<aggregators ",
-                "<aggregators", "unknown root element 'aggregators'"}),
-    [](const auto& info) { return std::string(info.param.label); });
+KT_ROWS(SeededErrorTest,
+        {
+            {"UnclosedTag", "FilterConfig.xml", "</param>", "", "</event>", ": error: "},
+            {"BadBoolean", "FilterConfig.xml", "skipFullRepeats=\"true\"",
+             "skipFullRepeats=\"maybe\"", "maybe", "invalid"},
+            {"MissingAttribute", "AggregatorConfig.xml", "<event event=\"CAPTURE_PAUSE\">",
+             "<event>", "<event>", "expected attribute 'event'"},
+            // Read by the application without complaint, but everything after it is ignored.
+            {"SectionsSwapped", "Config.xml", "<gui>", "<instances/><gui>", "<gui>",
+             "(KtmStat.xsd)"},
+            {"UnknownRoot", "AggregatorConfig.xml", "<aggregator ", "<aggregators ", "<aggregators",
+             "unknown root element 'aggregators'"},
+            // Valid for the reader, not for the schemas: each kind is validated against its own.
+            {"MatchersOutOfOrder", "FilterConfig.xml", "<param key=\"WINDOW\">",
+             "<param key=\"WINDOW\"><any/>", "<equal", "(Filter.xsd)"},
+            {"TextInEvent", "AggregatorConfig.xml", "<affectingEventName>",
+             "text<affectingEventName>", "text", "(Aggregator.xsd)"},
+        });
 
-// ---- check: the rules and the documents across --------------------------------------------
+// ---- check: the rules and the documents across ----------------------------------------------
 
+// The main document emits "A" with the keys "K" and "METHOD", and "N" without keys. Each filter
+// block is a line of its own, the first on line 2.
 struct CrossRow
 {
     const char* label;
-    std::string emitted;     // event names the main document's scheduler start emits, one each
-    std::string filter;      // inside <filter>; empty: no filter document
-    std::string aggregator;  // inside <aggregator>; empty: no aggregator document
+    std::string filter;                 // inside <filter>; empty: no filter document
+    std::string aggregator;             // inside <aggregator>; empty: no aggregator document
     std::vector<std::string> warnings;  // substrings, each of one warning line, in order
 };
-
-void PrintTo(const CrossRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class CrossCheckTest : public testing::TestWithParam<CrossRow>
-{
-};
+using CrossCheckTest = KtTest::Table<CrossRow>;
 
 std::unique_ptr<Tool::RuleDocument> Parse(const std::string& path, const std::string& text,
                                           Tool::Schemas& schemas)
@@ -457,9 +396,10 @@ std::unique_ptr<Tool::RuleDocument> Parse(const std::string& path, const std::st
     return document;
 }
 
-std::string Block(const std::string& event, const std::string& param)
+std::string Block(const std::string& event, const std::string& param, const char* key = "K")
 {
-    return "<event event=\"" + event + "\"><param key=\"K\">" + param + "</param></event>";
+    return "<event event=\"" + event + "\"><param key=\"" + key + "\">" + param +
+           "</param></event>\n";
 }
 
 TEST_P(CrossCheckTest, WarnsOfRulesThatCannotWork)
@@ -467,8 +407,10 @@ TEST_P(CrossCheckTest, WarnsOfRulesThatCannotWork)
     const CrossRow& row = GetParam();
     Tool::Schemas schemas;
     const auto main = Parse("main.xml",
-                            "<ktmstat><instances><IDurationLimiter><beforeUserStop event=\"" +
-                                row.emitted + "\"/></IDurationLimiter></instances></ktmstat>",
+                            "<ktmstat><instances><IDurationLimiter><beforeUserStop event=\"A\">"
+                            "<param key=\"K\" value=\"1\"/><param key=\"METHOD\" value=\"M\"/>"
+                            "</beforeUserStop><beforeScheduleStop event=\"N\"/></IDurationLimiter>"
+                            "</instances></ktmstat>",
                             schemas);
     std::unique_ptr<Tool::RuleDocument> filter;
     std::unique_ptr<Tool::RuleDocument> aggregator;
@@ -476,7 +418,7 @@ TEST_P(CrossCheckTest, WarnsOfRulesThatCannotWork)
     Tool::Report report(lines);
     if (!row.filter.empty())
     {
-        filter = Parse("filter.xml", "<filter>" + row.filter + "</filter>", schemas);
+        filter = Parse("filter.xml", "<filter>\n" + row.filter + "</filter>", schemas);
         Tool::CheckFilterRanges(*filter, report);
     }
     if (!row.aggregator.empty())
@@ -501,90 +443,90 @@ TEST_P(CrossCheckTest, WarnsOfRulesThatCannotWork)
 }
 
 const std::string kRenameAToB = Block("A", "<any><modEvent name=\"B\"/></any>");
+const std::string kCByB = "<event event=\"C\"><affectingEventName>B</affectingEventName></event>";
 
-INSTANTIATE_TEST_SUITE_P(
-    Documents, CrossCheckTest,
-    testing::Values(
-        CrossRow{"BlockForEmittedEvent", "A", Block("A", "<any/>"), "", {}},
-        CrossRow{"BlockNothingEmits",
-                 "A",
-                 Block("Z", "<any/>"),
-                 "",
-                 {"filter.xml: warning: the block for 'Z' never applies: main.xml emits no such "
-                  "event and no block renames"}},
-        CrossRow{"BlockAfterRenameApplies", "A", kRenameAToB + Block("B", "<any/>"), "", {}},
-        CrossRow{"BlockBeforeRenameNever",
-                 "A",
-                 Block("B", "<any/>") + kRenameAToB,
-                 "",
-                 {"'B' never applies: main.xml emits no such event, and only a later block"}},
+KT_ROWS(
+    CrossCheckTest,
+    {
+        {"BlockForEmittedEvent", Block("A", "<any/>"), "", {}},
+        {"BlockNothingEmits",
+         Block("Z", "<any/>"),
+         "",
+         {"filter.xml: warning: the block for 'Z' never applies: main.xml emits no such event "
+          "and no block renames"}},
+        {"BlockAfterRenameApplies", kRenameAToB + Block("B", "<any/>"), "", {}},
+        {"BlockBeforeRenameNever",
+         Block("B", "<any/>") + kRenameAToB,
+         "",
+         {"'B' never applies: main.xml emits no such event, and only a later block"}},
         // A rename in a block that never applies produces nothing either.
-        CrossRow{"RenameOfUnemittedEvent",
-                 "A",
-                 Block("Q", "<any><modEvent name=\"B\"/></any>") + Block("B", "<any/>"),
-                 "",
-                 {"the block for 'Q' never applies",
-                  "'B' never applies: main.xml emits no such event, and the blocks before it"}},
-        CrossRow{"AffectingMadeByFilter",
-                 "A",
-                 kRenameAToB,
-                 "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
-                 {}},
-        CrossRow{"AffectingWithoutFilter",
-                 "A",
-                 "",
-                 "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
-                 {"agg.xml: warning: affecting event 'B' of 'A' never arrives: main.xml does not "
-                  "emit it"}},
-        CrossRow{"MainNeverArrives",
-                 "A",
-                 kRenameAToB,
-                 "<event event=\"C\"><affectingEventName>B</affectingEventName></event>",
-                 {"main event 'C' never arrives: neither main.xml nor the renames of filter.xml"}},
-        CrossRow{"MainAlsoAffecting",
-                 "A",
-                 "",
-                 "<event event=\"A\"><affectingEventName>A</affectingEventName></event>",
-                 {"'A' is a main event and also an affecting event of 'A'"}},
-        CrossRow{"ApplicationStartIsEmitted", "A", Block("APP_EVERY_START", "<any/>"), "", {}},
+        {"RenameOfUnemittedEvent",
+         Block("Q", "<any><modEvent name=\"B\"/></any>") + Block("B", "<any/>"),
+         "",
+         {"the block for 'Q' never applies",
+          "'B' never applies: main.xml emits no such event, and the blocks before it"}},
+        // Nor does one in a rule on a key that nothing sets; keys added before are set.
+        {"RuleOnKeyNothingSets",
+         Block("N", "<any><modEvent name=\"B\"/></any>") + Block("B", "<any/>"),
+         "",
+         {"filter.xml:2: warning: the rule for param 'K' of 'N' never applies: neither main.xml "
+          "nor the rules before it set 'K' on 'N'",
+          "the block for 'B' never applies"}},
+        {"KeyAddedBeforeTravelsWithRename",
+         Block("A", "<any><addParam key=\"L\" value=\"1\"/><modEvent name=\"B\"/></any>") +
+             Block("B", "<any/>", "L"),
+         "",
+         {}},
+        {"AffectingMadeByFilter",
+         kRenameAToB,
+         "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
+         {}},
+        {"AffectingWithoutFilter",
+         "",
+         "<event event=\"A\"><affectingEventName>B</affectingEventName></event>",
+         {"agg.xml: warning: affecting event 'B' of 'A' never arrives: main.xml does not emit "
+          "it"}},
+        {"MainNeverArrives",
+         kRenameAToB,
+         kCByB,
+         {"main event 'C' never arrives: neither main.xml nor the renames of filter.xml"}},
+        {"AffectingWithoutMethod",
+         "",
+         "<event event=\"A\">\n<affectingEventName>N</affectingEventName></event>",
+         {"agg.xml:2: warning: affecting event 'N' of 'A' never carries 'METHOD': 'A' is not "
+          "told what caused it"}},
+        {"MainAlsoAffecting",
+         "",
+         "<event event=\"A\"><affectingEventName>A</affectingEventName></event>",
+         {"'A' is a main event and also an affecting event of 'A'"}},
+        {"ApplicationStartIsEmitted", Block("APP_EVERY_START", "<any/>"), "", {}},
         // Ranges of one param: bounds are inclusive and the first range that matches wins.
-        CrossRow{"AscendingThresholds",
-                 "A",
-                 Block("A",
-                       "<inRange to=\"1048576\"/><inRange to=\"10485760\"/>"
-                       "<inRange from=\"10485761\"/>"),
-                 "",
-                 {"no range matches the values between 10485760 and 10485761 (such as "
-                  "10485760.5)"}},
-        CrossRow{"SharedBound",
-                 "A",
-                 Block("A",
-                       "<inRange from=\"1801\" to=\"3600\"/>"
-                       "<inRange from=\"3600\" to=\"10800\"/>"),
-                 "",
-                 {"inRange from=\"1801\" to=\"3600\" and inRange from=\"3600\" to=\"10800\" "
-                  "touch: 3600 matches only inRange from=\"1801\" to=\"3600\""}},
-        CrossRow{"CoveredByEarlier",
-                 "A",
-                 Block("A",
-                       "<inRange to=\"100\"/><inRange from=\"50\"/>"
-                       "<inRange from=\"60\" to=\"70\"/>"),
-                 "",
-                 {"inRange from=\"60\" to=\"70\" never matches: the ranges before it cover"}},
-        CrossRow{"NoBounds",
-                 "A",
-                 Block("A", "<inRange/><inRange from=\"0\"/>"),
-                 "",
-                 {"inRange without \"from\" or \"to\" never matches"}},
+        {"AscendingThresholds",
+         Block("A",
+               "<inRange to=\"1048576\"/><inRange to=\"10485760\"/><inRange from=\"10485761\"/>"),
+         "",
+         {"no range matches the values between 10485760 and 10485761 (such as 10485760.5)"}},
+        {"SharedBound",
+         Block("A", "<inRange from=\"1801\" to=\"3600\"/><inRange from=\"3600\" to=\"10800\"/>"),
+         "",
+         {"inRange from=\"1801\" to=\"3600\" and inRange from=\"3600\" to=\"10800\" touch: 3600 "
+          "matches only inRange from=\"1801\" to=\"3600\""}},
+        {"CoveredByEarlier",
+         Block("A", "<inRange to=\"100\"/><inRange from=\"50\"/><inRange from=\"60\" to=\"70\"/>"),
+         "",
+         {"inRange from=\"60\" to=\"70\" never matches: the ranges before it cover"}},
+        {"NoBounds",
+         Block("A", "<inRange/><inRange from=\"0\"/>"),
+         "",
+         {"inRange without \"from\" or \"to\" never matches"}},
         // Inverted ranges match outside their bounds and take no part.
-        CrossRow{"InvertedIgnored",
-                 "A",
-                 Block("A",
-                       "<inRange to=\"10\"/><inRange actOn=\"false\" from=\"20\" to=\"30\"/>"
-                       "<inRange from=\"10\"/>"),
-                 "",
-                 {"touch: 10 matches only inRange to=\"10\""}}),
-    [](const auto& info) { return std::string(info.param.label); });
+        {"InvertedIgnored",
+         Block("A",
+               "<inRange to=\"10\"/><inRange actOn=\"false\" from=\"20\" to=\"30\"/>"
+               "<inRange from=\"10\"/>"),
+         "",
+         {"touch: 10 matches only inRange to=\"10\""}},
+    });
 
 TEST(CheckTest, WarningsFailOnlyWithWerror)
 {
@@ -645,14 +587,7 @@ struct ExplainRow
     std::string explanation;  // with @F(...) and @A(...) for the rules' FILE:LINE
 };
 
-void PrintTo(const ExplainRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class ExplainTest : public testing::TestWithParam<ExplainRow>
-{
-};
+using ExplainTest = KtTest::Table<ExplainRow>;
 
 // The road of each event as the stages report it, each step at the line of the rule that made it;
 // the JSON form tells the same steps at the same places.
@@ -696,16 +631,14 @@ TEST_P(ExplainTest, NamesEachRuleThatActed)
     EXPECT_EQ(jsonPlaces, textPlaces);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ShippedRules, ExplainTest,
-    testing::Values(
-        // The stop button's cause is held back; the stop is classified by three rules of its
-        // block and then takes the cause's method.
-        ExplainRow{"HeldCauseClassifiedStopMergedMethod",
-                   R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}}
+KT_ROWS(ExplainTest,
+        {// The stop button's cause is held back; the stop is classified by three rules of its
+         // block and then takes the cause's method.
+         {"HeldCauseClassifiedStopMergedMethod",
+          R"({"name": "BUTTON_CAPTURE_STOP_EVENT", "params": {"METHOD": "BUTTON"}}
 {"name": "CAPTURE_STOP", "params": {"DURATION": "90", "FILE_SIZE": "5242880", "AUDIO_SOURCES": ""}}
 )",
-                   R"(<stdin>:1: BUTTON_CAPTURE_STOP_EVENT {"METHOD":"BUTTON"}
+          R"(<stdin>:1: BUTTON_CAPTURE_STOP_EVENT {"METHOD":"BUTTON"}
   filter: no block applies
   @A(<event event="CAPTURE_STOP">|>BUTTON_CAPTURE_STOP_EVENT<): aggregator: held as a cause of "CAPTURE_STOP": {"METHOD":"BUTTON"}
   => held back by the aggregator
@@ -723,14 +656,14 @@ INSTANTIATE_TEST_SUITE_P(
   => delivered CAPTURE_STOP {"AUDIO_SOURCES":"OFF","DURATION":"90","DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB","METHOD":"BUTTON"}
 
 )"},
-        // The hot key is renamed, loses its id, gains its method and is held for both main
-        // events that share it; the repeat memory lets a window pass once.
-        ExplainRow{"RenamedHotkeyHeldTwiceWindowRepeatDropped",
-                   R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "takeScreenshot"}}
+         // The hot key is renamed, loses its id, gains its method and is held for both main
+         // events that share it; the repeat memory lets a window pass once.
+         {"RenamedHotkeyHeldTwiceWindowRepeatDropped",
+          R"({"name": "HOTKEY_TRIGGERED", "params": {"HOTKEY_ID": "takeScreenshot"}}
 {"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
 {"name": "SHOW_WINDOW", "params": {"WINDOW": "MAIN"}}
 )",
-                   R"(<stdin>:1: HOTKEY_TRIGGERED {"HOTKEY_ID":"takeScreenshot"}
+          R"(<stdin>:1: HOTKEY_TRIGGERED {"HOTKEY_ID":"takeScreenshot"}
   @F(<event event="HOTKEY_TRIGGERED">): filter block "HOTKEY_TRIGGERED" applies
   @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">):   param "HOTKEY_ID" = "takeScreenshot": equal value="takeScreenshot" matches
   @F(<event event="HOTKEY_TRIGGERED">|<equal value="takeScreenshot">|<modParam):     modParam "METHOD": absent -> "HOTKEY_CAPTURING"
@@ -753,8 +686,7 @@ INSTANTIATE_TEST_SUITE_P(
   @F(<event event="SHOW_WINDOW">|<skipEvent):     skipEvent skipFullRepeats: the same properties as the last "SHOW_WINDOW" that passed: dropped
   => dropped by the filter
 
-)"}),
-    [](const auto& info) { return std::string(info.param.label); });
+)"}});
 
 // `text` without the element whose tag begins on `line`.
 std::string WithoutElementAt(const std::string& text, int line)
@@ -883,14 +815,7 @@ struct ProcessRow
     int code;
 };
 
-void PrintTo(const ProcessRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class ProcessTest : public testing::TestWithParam<ProcessRow>
-{
-};
+using ProcessTest = KtTest::Table<ProcessRow>;
 
 TEST_P(ProcessTest, ExitStatus)
 {
@@ -911,29 +836,21 @@ TEST_P(ProcessTest, ExitStatus)
     EXPECT_EQ(process.exitCode(), GetParam().code) << process.readAllStandardError().toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Commands, ProcessTest,
-    testing::Values(
-        ProcessRow{"Help", {"--help"}, 0}, ProcessRow{"NoCommand", {}, 2},
-        ProcessRow{"UnknownCommand", {"fly"}, 2},
-        ProcessRow{"ReplayEmptyInput", {"replay", "-"}, 0},
-        ProcessRow{"ReplayMissingFile", {"replay", "/nonexistent.jsonl"}, 2},
-        ProcessRow{
-            "ReplayWrongKindOfDocument", {"replay", "--filter", "@/AggregatorConfig.xml", "-"}, 2},
-        ProcessRow{"CheckShippedSet",
-                   {"check", "@/Config.xml", "@/FilterConfig.xml", "@/AggregatorConfig.xml"},
-                   0},
-        ProcessRow{"CheckMissingFile", {"check", "/nonexistent.xml"}, 2},
-        ProcessRow{"ReplayLineWithoutExplain", {"replay", "--line", "2", "-"}, 2},
-        ProcessRow{"CoverageNoSession", {"coverage", "@/FilterConfig.xml"}, 2},
-        ProcessRow{"CoverageMainDocument", {"coverage", "@/Config.xml", "-"}, 2},
-        ProcessRow{"CoverageRequireAllUnfired",
-                   {"coverage", "--require-all", "@/FilterConfig.xml", "-"},
-                   1},
-        ProcessRow{"DiffSameRules",
-                   {"diff", "--old", "@/FilterConfig.xml", "--new", "@/FilterConfig.xml", "-"},
-                   0},
-        ProcessRow{"DiffNoNewRules", {"diff", "--old", "@/FilterConfig.xml", "-"}, 2}),
-    [](const auto& info) { return std::string(info.param.label); });
+KT_ROWS(ProcessTest,
+        {{"Help", {"--help"}, 0},
+         {"NoCommand", {}, 2},
+         {"UnknownCommand", {"fly"}, 2},
+         {"ReplayEmptyInput", {"replay", "-"}, 0},
+         {"ReplayMissingFile", {"replay", "/nonexistent.jsonl"}, 2},
+         {"ReplayWrongKindOfDocument", {"replay", "--filter", "@/AggregatorConfig.xml", "-"}, 2},
+         {"CheckMissingFile", {"check", "/nonexistent.xml"}, 2},
+         {"ReplayLineWithoutExplain", {"replay", "--line", "2", "-"}, 2},
+         {"CoverageNoSession", {"coverage", "@/FilterConfig.xml"}, 2},
+         {"CoverageMainDocument", {"coverage", "@/Config.xml", "-"}, 2},
+         {"CoverageRequireAllUnfired", {"coverage", "--require-all", "@/FilterConfig.xml", "-"}, 1},
+         {"DiffSameRules",
+          {"diff", "--old", "@/FilterConfig.xml", "--new", "@/FilterConfig.xml", "-"},
+          0},
+         {"DiffNoNewRules", {"diff", "--old", "@/FilterConfig.xml", "-"}, 2}});
 
 }  // namespace

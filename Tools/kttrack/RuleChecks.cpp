@@ -1,17 +1,16 @@
 #include "RuleChecks.h"
 
+#include "ProducedEvents.h"
 #include "Report.h"
 #include "RuleDocument.h"
-
-#include "Analytics/AnalyticsConstants.h"
-
-#include <QXmlStreamReader>
+#include "RuleLines.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <map>
+#include <set>
 #include <vector>
 
 namespace Velkor::KT::KtTrack
@@ -190,26 +189,54 @@ void CheckRanges(const std::string& path, const std::string& where,
     }
 }
 
-}  // namespace
+// The key the aggregator hands from a cause to its main event.
+const char* const kMethod = "METHOD";
 
-std::set<std::string> EmittedEventNames(const std::string& mainText)
+// `block` applies to the events named by it that reach the filter, whose keys `seen` holds. A
+// rule on a key no sender sets never matches (warned at `ruleAt`); the others add their keys to
+// the event, and make the events they rename it to reach the blocks after it with its keys.
+template <typename RuleAt>
+void ApplyBlock(const Filter::Event& block, std::map<std::string, std::set<std::string>>& seen,
+                const std::string& mainPath, RuleAt ruleAt, Report& report)
 {
-    std::set<std::string> names{
-        Analytics::APP_FIRST_START, Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE,
-        Analytics::APP_EVERY_START, Analytics::APP_FAILED, Analytics::APP_EXIT};
-    QXmlStreamReader reader(
-        QByteArray::fromRawData(mainText.data(), static_cast<int>(mainText.size())));
-    while (!reader.atEnd())
+    std::set<std::string>& keys = seen[block.event()];
+    std::set<std::string> renames;
+    for (std::size_t j = 0; j < block.param().size(); ++j)
     {
-        if (reader.readNext() == QXmlStreamReader::StartElement &&
-            reader.attributes().hasAttribute(QLatin1String("event")))
+        const std::string& key = block.param()[j].key();
+        if (!MaySet(keys, key))
         {
-            names.insert(
-                reader.attributes().value(QLatin1String("event")).toString().toStdString());
+            report.Warning(ruleAt(int(j)), "the rule for param " + Quote(key) + " of " +
+                                               Quote(block.event()) + " never applies: neither " +
+                                               mainPath + " nor the rules before it set " +
+                                               Quote(key) + " on " + Quote(block.event()));
+            continue;
         }
+        ForEachMatcher(block.param()[j],
+                       [&](const Filter::Updater& matcher)
+                       {
+                           for (const auto& add : matcher.addParam())
+                           {
+                               keys.insert(add.key());
+                           }
+                           for (const auto& mod : matcher.modParam())
+                           {
+                               keys.insert(mod.key());
+                           }
+                           for (const auto& rename : matcher.modEvent())
+                           {
+                               renames.insert(rename.name());
+                           }
+                       });
     }
-    return names;
+    const std::set<std::string> carried = keys;
+    for (const std::string& name : renames)
+    {
+        seen[name].insert(carried.begin(), carried.end());
+    }
 }
+
+}  // namespace
 
 void CheckFilterRanges(const RuleDocument& filter, Report& report)
 {
@@ -250,9 +277,11 @@ void CheckAggregatorRoles(const RuleDocument& aggregator, Report& report)
 void CrossCheck(const RuleDocument& main, const RuleDocument* filter,
                 const RuleDocument* aggregator, Report& report)
 {
-    std::set<std::string> seen = EmittedEventNames(main.text);
+    // Each name that reaches the rules, with the keys it may carry there.
+    std::map<std::string, std::set<std::string>> seen = ProducedBy(*main.main).events;
     if (filter)
     {
+        const FilterLines lines = MapFilterLines(filter->text, *filter->filter);
         const auto& blocks = filter->filter->event();
         std::map<std::string, std::size_t> firstRename;
         for (std::size_t i = 0; i < blocks.size(); ++i)
@@ -268,10 +297,10 @@ void CrossCheck(const RuleDocument& main, const RuleDocument* filter,
             const std::string& name = blocks[i].event();
             if (seen.count(name))
             {
-                for (std::string& renamed : Renames(blocks[i]))
-                {
-                    seen.insert(std::move(renamed));
-                }
+                ApplyBlock(
+                    blocks[i], seen, main.path,
+                    [&](int rule) { return At(filter->path, lines.RuleLine(int(i), rule)); },
+                    report);
                 continue;
             }
             if (!reported.insert(name).second)
@@ -302,24 +331,40 @@ void CrossCheck(const RuleDocument& main, const RuleDocument* filter,
     {
         return;
     }
+    const AggregatorLines lines = MapAggregatorLines(aggregator->text, *aggregator->aggregator);
     const std::string source =
         filter ? "neither " + main.path + " nor the renames of " + filter->path + " produce it"
                : main.path + " does not emit it";
     std::set<std::string> reported;
-    for (const auto& block : aggregator->aggregator->event())
+    std::set<std::string> withoutMethod;
+    const auto& blocks = aggregator->aggregator->event();
+    for (std::size_t i = 0; i < blocks.size(); ++i)
     {
+        const auto& block = blocks[i];
         if (!seen.count(block.event()) && reported.insert(block.event()).second)
         {
             report.Warning(aggregator->path,
                            "main event " + Quote(block.event()) + " never arrives: " + source);
         }
-        for (const auto& affecting : block.affectingEventName())
+        for (std::size_t k = 0; k < block.affectingEventName().size(); ++k)
         {
-            if (!seen.count(affecting) && reported.insert(affecting).second)
+            const std::string& affecting = block.affectingEventName()[k];
+            const auto found = seen.find(affecting);
+            if (found == seen.end())
             {
-                report.Warning(aggregator->path, "affecting event " + Quote(affecting) + " of " +
-                                                     Quote(block.event()) +
-                                                     " never arrives: " + source);
+                if (reported.insert(affecting).second)
+                {
+                    report.Warning(aggregator->path, "affecting event " + Quote(affecting) +
+                                                         " of " + Quote(block.event()) +
+                                                         " never arrives: " + source);
+                }
+            }
+            else if (!MaySet(found->second, kMethod) && withoutMethod.insert(affecting).second)
+            {
+                report.Warning(At(aggregator->path, lines.AffectingLine(int(i), int(k))),
+                               "affecting event " + Quote(affecting) + " of " +
+                                   Quote(block.event()) + " never carries " + Quote(kMethod) +
+                                   ": " + Quote(block.event()) + " is not told what caused it");
             }
         }
     }
