@@ -8,6 +8,8 @@
 #include "Analytics/HardwareConfigFiller.h"
 #include "Analytics/OSConfigFiller.h"
 
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -20,7 +22,6 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <set>
 #include <string>
 #include <thread>
@@ -61,14 +62,7 @@ struct KeysRow
     std::set<std::string> keys;
 };
 
-void PrintTo(const KeysRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class FillerKeysTest : public testing::TestWithParam<KeysRow>
-{
-};
+using FillerKeysTest = KtTest::Table<KeysRow>;
 
 TEST_P(FillerKeysTest, WritesExactlyItsKeysWithValuesAndOverwrites)
 {
@@ -99,24 +93,21 @@ std::function<std::unique_ptr<IDataFiller>()> Make()
     return [] { return std::make_unique<Filler>(); };
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Fillers, FillerKeysTest,
-    testing::Values(
-        KeysRow{"Accelerators",
-                Make<Velkor::Analytics::AcceleratorsPropertiesFiller>(),
-                {"IM_HW_AVAILABLE", "NVENC_AVAILABLE", "NVDEC_AVAILABLE", "AMF_AVAILABLE",
-                 "NVENC_ENABLED", "NVDEC_ENABLED", "AMF_ENABLED"}},
-        KeysRow{"HardwareConfig",
-                Make<Velkor::Analytics::HardwareConfigFiller>(),
-                {"CPU_NAME", "CPU_ARCHITECTURE", "CPU_CORES", "RAM_TOTAL_MB"}},
-        KeysRow{"OSConfig",
-                Make<Velkor::Analytics::OSConfigFiller>(),
-                {"OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE"}},
-        KeysRow{"AppConfig", Make<Velkor::KT::Tracking::Fillers::AppConfigFiller>(), {"APP_BITS"}},
-        KeysRow{"CountryName",
-                Make<Velkor::KT::Tracking::Fillers::CountryNameFiller>(),
-                {"COUNTRY_NAME"}}),
-    [](const testing::TestParamInfo<KeysRow>& info) { return std::string(info.param.label); });
+KT_ROWS(FillerKeysTest,
+        {KeysRow{"Accelerators",
+                 Make<Velkor::Analytics::AcceleratorsPropertiesFiller>(),
+                 {"IM_HW_AVAILABLE", "NVENC_AVAILABLE", "NVDEC_AVAILABLE", "AMF_AVAILABLE",
+                  "NVENC_ENABLED", "NVDEC_ENABLED", "AMF_ENABLED"}},
+         KeysRow{"HardwareConfig",
+                 Make<Velkor::Analytics::HardwareConfigFiller>(),
+                 {"CPU_NAME", "CPU_ARCHITECTURE", "CPU_CORES", "RAM_TOTAL_MB"}},
+         KeysRow{"OSConfig",
+                 Make<Velkor::Analytics::OSConfigFiller>(),
+                 {"OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE"}},
+         KeysRow{"AppConfig", Make<Velkor::KT::Tracking::Fillers::AppConfigFiller>(), {"APP_BITS"}},
+         KeysRow{"CountryName",
+                 Make<Velkor::KT::Tracking::Fillers::CountryNameFiller>(),
+                 {"COUNTRY_NAME"}}});
 
 // --- True facts -------------------------------------------------------------------------------
 
@@ -175,19 +166,10 @@ struct AcceleratorsRow
 {
     const char* label;
     std::vector<Device> devices;
-    bool intel;
-    bool nvidia;
-    bool amd;
+    const char* available;  // Intel, NVIDIA, AMD: 'Y' or 'N'
 };
 
-void PrintTo(const AcceleratorsRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class AcceleratorsFillerTest : public testing::TestWithParam<AcceleratorsRow>
-{
-};
+using AcceleratorsFillerTest = KtTest::Table<AcceleratorsRow>;
 
 TEST_P(AcceleratorsFillerTest, CountsOnlyDisplayControllersOfEachVendor)
 {
@@ -210,45 +192,31 @@ TEST_P(AcceleratorsFillerTest, CountsOnlyDisplayControllersOfEachVendor)
 
     Velkor::Analytics::AcceleratorsPropertiesFiller filler(root.path().toStdString());
     const Params facts = FillFresh(filler);
-    auto flag = [](bool value) { return std::string(value ? "YES" : "NO"); };
-    EXPECT_EQ(facts.at("IM_HW_AVAILABLE"), flag(row.intel));
-    EXPECT_EQ(facts.at("NVENC_AVAILABLE"), flag(row.nvidia));
-    EXPECT_EQ(facts.at("NVDEC_AVAILABLE"), flag(row.nvidia));
-    EXPECT_EQ(facts.at("AMF_AVAILABLE"), flag(row.amd));
+    auto flag = [&row](int at) { return std::string(row.available[at] == 'Y' ? "YES" : "NO"); };
+    EXPECT_EQ(facts.at("IM_HW_AVAILABLE"), flag(0));
+    EXPECT_EQ(facts.at("NVENC_AVAILABLE"), flag(1));
+    EXPECT_EQ(facts.at("NVDEC_AVAILABLE"), flag(1));
+    EXPECT_EQ(facts.at("AMF_AVAILABLE"), flag(2));
     // Enabled needs the hardware; whether the runtime is installed depends on the machine.
-    for (const char* facility : {"NVENC", "NVDEC", "AMF"})
+    for (const std::string facility : {"NVENC", "NVDEC", "AMF"})
     {
-        const std::string prefix = facility;
-        const std::string& enabled = facts.at(prefix + "_ENABLED");
+        const std::string& enabled = facts.at(facility + "_ENABLED");
         EXPECT_TRUE(enabled == "NO" ||
-                    (enabled == "YES" && facts.at(prefix + "_AVAILABLE") == "YES"))
-            << prefix << " enabled " << enabled;
+                    (enabled == "YES" && facts.at(facility + "_AVAILABLE") == "YES"))
+            << facility << " enabled " << enabled;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Devices, AcceleratorsFillerTest,
-    testing::Values(
-        AcceleratorsRow{"VendorsWithoutDisplays",
-                        {{"0x060000", "0x8086"}, {"0x040300", "0x10de"}, {"0x0c0330", "0x1002"}},
-                        false,
-                        false,
-                        false},
-        AcceleratorsRow{"IntelGraphics", {{"0x030000", "0x8086"}}, true, false, false},
-        AcceleratorsRow{"NvidiaBesideIntelBridge",
-                        {{"0x060000", "0x8086"}, {"0x030200", "0x10de"}},
-                        false,
-                        true,
-                        false},
-        AcceleratorsRow{
-            "AmdAndNvidia", {{"0x038000", "0x1002"}, {"0x030000", "0x10de"}}, false, true, true},
-        AcceleratorsRow{"UnreadableEntriesIgnored",
-                        {{"garbage", "0x8086"}, {"0x030000", ""}, {"0x030000", "0x1af4"}},
-                        false,
-                        false,
-                        false}),
-    [](const testing::TestParamInfo<AcceleratorsRow>& info)
-    { return std::string(info.param.label); });
+KT_ROWS(AcceleratorsFillerTest,
+        {{"VendorsWithoutDisplays",
+          {{"0x060000", "0x8086"}, {"0x040300", "0x10de"}, {"0x0c0330", "0x1002"}},
+          "NNN"},
+         {"IntelGraphics", {{"0x030000", "0x8086"}}, "YNN"},
+         {"NvidiaBesideIntelBridge", {{"0x060000", "0x8086"}, {"0x030200", "0x10de"}}, "NYN"},
+         {"AmdAndNvidia", {{"0x038000", "0x1002"}, {"0x030000", "0x10de"}}, "NYY"},
+         {"UnreadableEntriesIgnored",
+          {{"garbage", "0x8086"}, {"0x030000", ""}, {"0x030000", "0x1af4"}},
+          "NNN"}});
 
 // --- Country of the system locale -------------------------------------------------------------
 
@@ -274,23 +242,16 @@ struct CountryRow
     const char* country;
 };
 
-void PrintTo(const CountryRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class CountryNameFillerTest : public testing::TestWithParam<CountryRow>
-{
-};
+using CountryNameFillerTest = KtTest::Table<CountryRow>;
 
 TEST_P(CountryNameFillerTest, NamesTheSystemLocalesCountryInEnglish)
 {
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("LC_ALL"));
-    environment.remove(QStringLiteral("LC_MESSAGES"));
-    environment.remove(QStringLiteral("LC_NUMERIC"));
-    environment.remove(QStringLiteral("LANGUAGE"));
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LC_NUMERIC", "LANGUAGE"})
+    {
+        environment.remove(QString::fromLatin1(name));
+    }
     environment.insert(QStringLiteral("LANG"), QString::fromLatin1(GetParam().lang));
     environment.insert(QStringLiteral("KT_COUNTRY_CHILD"), QStringLiteral("1"));
     child.setProcessEnvironment(environment);
@@ -302,11 +263,8 @@ TEST_P(CountryNameFillerTest, NamesTheSystemLocalesCountryInEnglish)
         << output.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Locales, CountryNameFillerTest,
-                         testing::Values(CountryRow{"German", "de_DE.UTF-8", "Germany"},
-                                         CountryRow{"BrazilianPortuguese", "pt_BR.UTF-8", "Brazil"},
-                                         CountryRow{"CanadianFrench", "fr_CA", "Canada"}),
-                         [](const testing::TestParamInfo<CountryRow>& info)
-                         { return std::string(info.param.label); });
+KT_ROWS(CountryNameFillerTest, {CountryRow{"German", "de_DE.UTF-8", "Germany"},
+                                CountryRow{"BrazilianPortuguese", "pt_BR.UTF-8", "Brazil"},
+                                CountryRow{"CanadianFrench", "fr_CA", "Canada"}});
 
 }  // namespace
