@@ -10,7 +10,7 @@
 
 #include "KT/InstanceRegistry.h"
 
-#include "ManagerStandIns.h"
+#include "BenchSupport.h"
 
 #include <benchmark/benchmark.h>
 
@@ -98,16 +98,8 @@ void TrackerSetConfig(benchmark::State& state, const char* path)
     Tracker tracker(std::make_shared<NullTracker>());
     ReadDocument(state, path, [&tracker](const std::string& text) { tracker.SetConfig(text); });
 }
-
-void BM_FilterKtTrackerSetConfig(benchmark::State& state, const char* path)
-{
-    TrackerSetConfig<FilterKtTracker>(state, path);
-}
-
-void BM_AggregatorKtTrackerSetConfig(benchmark::State& state, const char* path)
-{
-    TrackerSetConfig<AggregatorKtTracker>(state, path);
-}
+const auto BM_FilterKtTrackerSetConfig = TrackerSetConfig<FilterKtTracker>;
+const auto BM_AggregatorKtTrackerSetConfig = TrackerSetConfig<AggregatorKtTracker>;
 
 // Reading the main document and handing its sections to both handlers.
 void BM_StatisticsManagerSetConfig(benchmark::State& state, const char* path)
@@ -117,13 +109,9 @@ void BM_StatisticsManagerSetConfig(benchmark::State& state, const char* path)
     ReadDocument(state, path, [&manager](const std::string& text) { manager->SetConfig(text); });
 }
 
-// On a shared machine the least of several repetitions (--benchmark_repetitions) is the figure
-// least disturbed by other work.
 void Settings(benchmark::internal::Benchmark* registered)
 {
-    registered->Unit(benchmark::kMicrosecond)
-        ->ComputeStatistics("min", [](const std::vector<double>& values)
-                            { return *std::min_element(values.begin(), values.end()); });
+    Velkor::Bench::MinOfRepetitions(registered->Unit(benchmark::kMicrosecond));
 }
 
 BENCHMARK_CAPTURE(BM_BareDomParse, Main, kMain)->Apply(Settings);
