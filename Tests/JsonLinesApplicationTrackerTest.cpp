@@ -11,22 +11,17 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
 #include <map>
 #include <numeric>
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using Velkor::Analytics::AppendJsonString;
 using Velkor::Analytics::JsonLinesApplicationTracker;
@@ -383,7 +378,8 @@ TEST(JsonLinesApplicationTrackerTest, ConcurrentWritersLoseNothingAndKeepEachThr
 struct Burst
 {
     std::vector<long long> acknowledged;
-    int status = 0;
+    bool killed = false;
+    int exitCode = -1;
 };
 
 // Runs the burst helper; with killAfter > 0 it is killed with SIGKILL once that many events
@@ -392,70 +388,42 @@ Burst RunBurst(const QString& directory, long long first, long long count, int k
                const Options& options, int padding)
 {
     Burst burst;
-    int fds[2];
-    if (::pipe(fds) != 0)
-    {
-        ADD_FAILURE() << "pipe";
-        return burst;
-    }
-    const std::string dir = directory.toStdString();
-    const std::vector<std::string> args{KT_TRACK_BURST_PATH,
-                                        dir,
-                                        std::to_string(first),
-                                        std::to_string(count),
-                                        std::to_string(options.maxFileBytes),
-                                        std::to_string(options.maxFiles),
-                                        std::to_string(padding)};
-    std::vector<char*> argv;
-    for (const auto& arg : args)
-    {
-        argv.push_back(const_cast<char*>(arg.c_str()));
-    }
-    argv.push_back(nullptr);
-
-    const pid_t child = ::fork();
-    if (child == 0)
-    {
-        ::dup2(fds[1], STDOUT_FILENO);
-        ::close(fds[0]);
-        ::close(fds[1]);
-        ::execv(argv[0], argv.data());
-        ::_exit(127);
-    }
-    ::close(fds[1]);
-
-    std::string pending;
+    QProcess helper;
+    helper.start(KT_TRACK_BURST_PATH,
+                 {directory, QString::number(first), QString::number(count),
+                  QString::number(options.maxFileBytes), QString::number(options.maxFiles),
+                  QString::number(padding)});
+    EXPECT_TRUE(helper.waitForStarted());
     bool killed = false;
-    char buffer[4096];
-    for (;;)
+    while (helper.state() == QProcess::Running || helper.canReadLine())
     {
-        pollfd pfd{fds[0], POLLIN, 0};
-        if (::poll(&pfd, 1, 60000) <= 0)
+        if (!helper.canReadLine() && !helper.waitForReadyRead(60000) &&
+            helper.state() == QProcess::Running)
         {
             ADD_FAILURE() << "the burst helper stopped answering";
-            ::kill(child, SIGKILL);
+            helper.kill();
             break;
         }
-        const ssize_t got = ::read(fds[0], buffer, sizeof buffer);
-        if (got <= 0)
+        while (helper.canReadLine())
         {
-            break;
-        }
-        pending.append(buffer, static_cast<std::size_t>(got));
-        std::size_t newline;
-        while ((newline = pending.find('\n')) != std::string::npos)
-        {
-            burst.acknowledged.push_back(std::stoll(pending.substr(0, newline)));
-            pending.erase(0, newline + 1);
+            burst.acknowledged.push_back(helper.readLine().trimmed().toLongLong());
         }
         if (killAfter > 0 && !killed && static_cast<int>(burst.acknowledged.size()) >= killAfter)
         {
-            ::kill(child, SIGKILL);
-            killed = true;  // keep reading: acknowledgements already in the pipe count
+            helper.kill();  // SIGKILL; acknowledgements already in the pipe still count
+            killed = true;
         }
     }
-    ::close(fds[0]);
-    ::waitpid(child, &burst.status, 0);
+    helper.waitForFinished();
+    for (const QByteArray& line : helper.readAllStandardOutput().split('\n'))
+    {
+        if (!line.isEmpty())
+        {
+            burst.acknowledged.push_back(line.toLongLong());
+        }
+    }
+    burst.killed = helper.exitStatus() == QProcess::CrashExit;
+    burst.exitCode = helper.exitCode();
     return burst;
 }
 
@@ -476,15 +444,14 @@ TEST(JsonLinesApplicationTrackerTest, EveryAcknowledgedEventSurvivesSigkillExact
         const long long first = round * 10000000LL;
         const Burst burst =
             RunBurst(directory.path(), first, 5000000, 200 + 50 * round, options, kPadding);
-        ASSERT_TRUE(WIFSIGNALED(burst.status) && WTERMSIG(burst.status) == SIGKILL)
-            << "round " << round << " status " << burst.status;
+        ASSERT_TRUE(burst.killed) << "round " << round;
         ASSERT_FALSE(burst.acknowledged.empty());
         acknowledged.insert(burst.acknowledged.begin(), burst.acknowledged.end());
         lastAcknowledged.push_back(burst.acknowledged.back());
     }
     const long long finalFirst = kRounds * 10000000LL;
     const Burst last = RunBurst(directory.path(), finalFirst, 300, 0, options, kPadding);
-    ASSERT_TRUE(WIFEXITED(last.status) && WEXITSTATUS(last.status) == 0) << last.status;
+    ASSERT_TRUE(!last.killed && last.exitCode == 0) << last.exitCode;
     ASSERT_EQ(last.acknowledged.size(), 300u);
     acknowledged.insert(last.acknowledged.begin(), last.acknowledged.end());
 

@@ -1,5 +1,4 @@
-// The fillers that report facts of the machine: their keys, and their values checked against
-// sources other than the ones the fillers read.
+// The fillers that report facts of the machine: their keys, the accelerators found, the country.
 
 #include "Tracking/Fillers/AppConfigFiller.h"
 #include "Tracking/Fillers/CountryNameFiller.h"
@@ -24,11 +23,7 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
-
-#include <sys/utsname.h>
-#include <unistd.h>
 
 using Params = std::map<std::string, std::string>;
 using Velkor::Tracking::IDataFiller;
@@ -108,51 +103,6 @@ KT_ROWS(FillerKeysTest,
          KeysRow{"CountryName",
                  Make<Velkor::KT::Tracking::Fillers::CountryNameFiller>(),
                  {"COUNTRY_NAME"}}});
-
-// --- True facts -------------------------------------------------------------------------------
-
-std::string ReadTrimmed(const char* path)
-{
-    QFile file(QString::fromLatin1(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toStdString() : std::string();
-}
-
-TEST(HardwareConfigFillerTest, ReportsThisMachinesProcessorsAndMemory)
-{
-    Velkor::Analytics::HardwareConfigFiller filler;
-    const Params facts = FillFresh(filler);
-
-    EXPECT_EQ(facts.at("CPU_CORES"), std::to_string(std::thread::hardware_concurrency()));
-
-    // The kernel's own count of memory pages, not /proc/meminfo.
-    const unsigned long long bytes =
-        static_cast<unsigned long long>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE);
-    const unsigned long long mib = std::stoull(facts.at("RAM_TOTAL_MB"));
-    EXPECT_GT(mib, 0u);
-    EXPECT_NEAR(double(mib), double(bytes >> 20), 1.0);
-
-    utsname names{};
-    ASSERT_EQ(uname(&names), 0);
-    EXPECT_EQ(facts.at("CPU_ARCHITECTURE"), names.machine);
-
-    const std::string& name = facts.at("CPU_NAME");
-    EXPECT_NE(name, "UNKNOWN");
-}
-
-TEST(OSConfigFillerTest, ReportsTheRunningSystem)
-{
-    Velkor::Analytics::OSConfigFiller filler;
-    const Params facts = FillFresh(filler);
-
-    const std::string release = ReadTrimmed("/proc/sys/kernel/osrelease");
-    ASSERT_FALSE(release.empty());
-    EXPECT_EQ(facts.at("OS_KERNEL"), "linux " + release);
-    // A 64-bit test runs on a 64-bit system.
-    if (sizeof(void*) == 8)
-    {
-        EXPECT_EQ(facts.at("OS_BITS"), "64");
-    }
-}
 
 // --- Acceleration over a made-up device list --------------------------------------------------
 
