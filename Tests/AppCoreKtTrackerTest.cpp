@@ -2,7 +2,6 @@
 
 #include "Tracking/ApplicationTrackerAdapter.h"
 
-#include "App/ApplicationTrackerWrapper.h"
 #include "App/ProductSettingsManager.h"
 #include "KT/ProductSettings.h"
 
@@ -67,27 +66,6 @@ KT_ROWS(AppCoreKtTrackerPassageTest, {{"WrapperAddsNothing", "", "", "", "E{K=v,
                                       {"ReplacesEventValueUnderSameKey", "", "5.1", "",
                                        "E{PRODUCT_VERSION=0.9}", "E{PRODUCT_VERSION=5.1}"},
                                       {"OwnFillersStayOff", "", "", "de_DE", "E{K=v}", "E{K=v}"}});
-
-// The row "OwnFillersStayOff" above means something only if the wrapper has fillers to switch
-// off: with them on, the same settings add the locale and the system's facts.
-TEST(AppCoreKtTrackerTest, WrapperFillersWouldAddFactsWhenNotExcluded)
-{
-    using Velkor::App::ApplicationTrackerWrapper;
-    auto settings = std::make_shared<ProductSettings>();
-    settings->SetCurrentLocale("de_DE");
-    auto next = std::make_shared<RecordingTracker>();
-    auto wrapper = ApplicationTrackerWrapper::Create(
-        std::make_shared<ProductSettingsManager>("", "", settings),
-        ApplicationTrackerWrapper::NoOptions);
-    wrapper->SetSuccessor(ApplicationTrackerAdapter::Create(next));
-    EXPECT_TRUE(wrapper->Track("E", Properties{{"K", "v"}}));
-    const auto events = next->Events();
-    ASSERT_EQ(events.size(), 1u);
-    const auto& params = events[0].params;
-    EXPECT_EQ(params.at("APP_LOCALE"), "de_DE");
-    EXPECT_EQ(params.count("OS_NAME"), 1u);
-    EXPECT_EQ(params.at("K"), "v");
-}
 
 // Events pass in order, and destruction releases the whole loop.
 TEST(AppCoreKtTrackerTest, KeepsTheOrderAndReleasesTheWholeLoop)

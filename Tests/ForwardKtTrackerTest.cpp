@@ -70,29 +70,25 @@ private:
     bool m_throws;
 };
 
+std::string Entry(std::string entry, const Properties& properties)
+{
+    for (const auto& [key, value] : properties)
+    {
+        entry += " " + key + "=" + value;
+    }
+    return entry;
+}
+
+// Journals its initialisation, its events and its destruction.
 class RecordingApplicationTracker : public IApplicationTracker
 {
 public:
-    explicit RecordingApplicationTracker(Journal& journal, bool* destroyed = nullptr)
-        : m_journal(journal), m_destroyed(destroyed)
-    {
-    }
-    ~RecordingApplicationTracker() override
-    {
-        if (m_destroyed)
-        {
-            *m_destroyed = true;
-        }
-    }
+    explicit RecordingApplicationTracker(Journal& journal) : m_journal(journal) {}
+    ~RecordingApplicationTracker() override { m_journal.Add("destroyed"); }
 
     bool Track(const std::string& name, const Properties& properties) override
     {
-        std::string entry = "analytics:" + name;
-        for (const auto& [key, value] : properties)
-        {
-            entry += " " + key + "=" + value;
-        }
-        m_journal.Add(entry);
+        m_journal.Add(Entry("analytics:" + name, properties));
         return true;
     }
     bool Track(const std::string& name, const std::string& key, const std::string& value) override
@@ -103,18 +99,12 @@ public:
     bool Initialize(const Properties& defaults, const std::string& identity,
                     const std::string& directory) override
     {
-        std::string entry = "init:" + identity + "|" + directory;
-        for (const auto& [key, value] : defaults)
-        {
-            entry += " " + key + "=" + value;
-        }
-        m_journal.Add(entry);
+        m_journal.Add(Entry("init:" + identity + "|" + directory, defaults));
         return true;
     }
 
 private:
     Journal& m_journal;
-    bool* m_destroyed;
 };
 
 using Recording = RefCounted<RecordingApplicationTracker>;
@@ -243,10 +233,9 @@ KT_ROWS(ForwardKtTrackerInitTest,
 
 TEST(ForwardKtTrackerTest, ReleasesTheAnalyticsTrackerAndEndpointsWhenDestroyed)
 {
-    bool destroyed = false;
     Journal journal;
     ScopedApplicationTrackerCreator creator(
-        [&] { return RefPtr<IApplicationTracker>(new Recording(journal, &destroyed)); });
+        [&] { return RefPtr<IApplicationTracker>(new Recording(journal)); });
     Fixture fixture;
     auto endpoint = std::make_shared<RecordingEndpoint>("A", journal);
     const std::weak_ptr<RecordingEndpoint> weakEndpoint = endpoint;
@@ -254,10 +243,10 @@ TEST(ForwardKtTrackerTest, ReleasesTheAnalyticsTrackerAndEndpointsWhenDestroyed)
         fixture.customization, fixture.settings, fixture.session, ioPath("/d"),
         std::vector<std::shared_ptr<IKtTrackingEndpoint>>{endpoint});
     endpoint.reset();
-    EXPECT_FALSE(destroyed);
+    EXPECT_EQ(journal.entries.back(), "init:recorder|/d SID=S1");
     EXPECT_FALSE(weakEndpoint.expired());
     tracker.reset();
-    EXPECT_TRUE(destroyed);
+    EXPECT_EQ(journal.entries.back(), "destroyed");
     EXPECT_TRUE(weakEndpoint.expired());
 }
 
