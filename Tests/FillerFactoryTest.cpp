@@ -126,18 +126,8 @@ TEST(AppLanguageFillerTest, AsksTheLanguageOnEveryFillAndNeverBefore)
     }
     EXPECT_EQ(seen, lookAndFeel->languages);
     EXPECT_EQ(lookAndFeel->asked, 3);
-}
 
-TEST(AppLanguageFillerTest, FollowsALanguageSwitchAndWritesNothingWithoutAManager)
-{
-    auto lookAndFeel = std::make_shared<LookAndFeelManager>("fr");
-    const FillerMap fillers =
-        CreateAvailableFillers(lookAndFeel, nullptr, {FillerTypes::AppLanguage});
-    lookAndFeel->SetLanguage("ja");
-    Params params;
-    RunFillers(fillers, {FillerTypes::AppLanguage}, params);
-    EXPECT_EQ(params, (Params{{"APP_LANGUAGE", "ja"}}));
-
+    // Without a look-and-feel manager it writes nothing.
     Params untouched{{"K", "v"}};
     RunFillers(CreateAvailableFillers(nullptr, nullptr, {FillerTypes::AppLanguage}),
                {FillerTypes::AppLanguage}, untouched);

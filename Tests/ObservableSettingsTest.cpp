@@ -1,4 +1,3 @@
-#include "KT/ProductSettings.h"
 #include "KT/SettingsKinds.h"
 
 #include <gtest/gtest.h>
@@ -53,25 +52,6 @@ TEST(ObservableSettingsTest, UnknownFieldThrowsAndTellsNobody)
     EXPECT_THROW(settings.Set("volumeClickSound", {3}), std::invalid_argument);
     EXPECT_THROW(settings.Get("volumeClickSound"), std::invalid_argument);
     EXPECT_TRUE(log.lines.empty());
-}
-
-// The product settings' setters tell their fields under the names the settings section uses.
-TEST(ObservableSettingsTest, ProductSettersTellTheirFields)
-{
-    ProductSettings settings;
-    ChangeLog log;
-    settings.AddObserver(&log);
-    settings.SetAutoUpdateEnabled(false);
-    settings.SetAllowSendStatistics(true);
-    settings.SetAutoStartEnabled(true);
-    settings.SetCurrentLocale("de_DE");
-    EXPECT_EQ(log.lines,
-              (std::vector<std::string>{"autoUpdateEnabled=false", "statisticsEnabled=true",
-                                        "autoStartEnabled=true", "currentLocale=de_DE"}));
-    EXPECT_FALSE(settings.IsAutoUpdateEnabled());
-    EXPECT_TRUE(settings.IsAllowSendStatistics());
-    EXPECT_TRUE(settings.IsAutoStartEnabled());
-    EXPECT_EQ(settings.GetCurrentLocale(), "de_DE");
 }
 
 }  // namespace
