@@ -3,9 +3,6 @@
 // initialised around all of them, as it does for the statistics manager and the rule stages while
 // they exist. Divide a reading's time by the BareDomParse time of its document for the ratio.
 
-#include "Tracking/Config/Aggregator.h"
-#include "Tracking/Config/Filter.h"
-#include "Tracking/Config/KtmStat.h"
 #include "Tracking/Tracking.h"
 
 #include "KT/InstanceRegistry.h"
@@ -23,7 +20,6 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -77,21 +73,6 @@ void BM_BareDomParse(benchmark::State& state, const char* path)
                  });
 }
 
-template <typename Root>
-void BM_ReadModel(benchmark::State& state, const char* path,
-                  std::unique_ptr<Root> (*parse)(std::istream&, ::xml_schema::flags,
-                                                 const ::xml_schema::properties&))
-{
-    ReadDocument(state, path,
-                 [parse](const std::string& text)
-                 {
-                     std::istringstream input(text);
-                     auto model = parse(input, ::xml_schema::flags::dont_validate,
-                                        ::xml_schema::properties());
-                     benchmark::DoNotOptimize(model);
-                 });
-}
-
 template <typename Tracker>
 void TrackerSetConfig(benchmark::State& state, const char* path)
 {
@@ -115,16 +96,12 @@ void Settings(benchmark::internal::Benchmark* registered)
 }
 
 BENCHMARK_CAPTURE(BM_BareDomParse, Main, kMain)->Apply(Settings);
-BENCHMARK_CAPTURE(BM_ReadModel, Main, kMain, &Config::ktmstat)->Apply(Settings);
 BENCHMARK_CAPTURE(BM_StatisticsManagerSetConfig, Main, kMain)->Apply(Settings);
 
 BENCHMARK_CAPTURE(BM_BareDomParse, Filter, kFilter)->Apply(Settings);
-BENCHMARK_CAPTURE(BM_ReadModel, Filter, kFilter, &Config::Filter::filter)->Apply(Settings);
 BENCHMARK_CAPTURE(BM_FilterKtTrackerSetConfig, Filter, kFilter)->Apply(Settings);
 
 BENCHMARK_CAPTURE(BM_BareDomParse, Aggregator, kAggregator)->Apply(Settings);
-BENCHMARK_CAPTURE(BM_ReadModel, Aggregator, kAggregator, &Config::Aggregator::aggregator)
-    ->Apply(Settings);
 BENCHMARK_CAPTURE(BM_AggregatorKtTrackerSetConfig, Aggregator, kAggregator)->Apply(Settings);
 
 void BM_LoadConfigFromQrc(benchmark::State& state)
