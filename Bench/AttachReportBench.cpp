@@ -5,8 +5,8 @@
 #include "MainWindow.h"
 #include "Recorder.h"
 
+#include "BenchSupport.h"
 #include "Tracking/GuiHandler.h"
-#include "Tracking/Tracking.h"
 
 #include <benchmark/benchmark.h>
 
@@ -28,29 +28,9 @@ using namespace Velkor::KT::Tracking;
 namespace
 {
 
-class NullEndpoint : public IKtTrackingEndpoint
-{
-public:
-    void Track(const Event&) override {}
-};
-
-struct ShippedSection
-{
-    ShippedSection()
-    {
-        std::istringstream text(LoadConfigFromQrc("/KT/Tracking/Config.xml"));
-        document = Config::ktmstat(text, lines, ::xml_schema::flags::dont_validate);
-    }
-
-    std::vector<int> lines;
-    std::unique_ptr<Config::KtmStat> document;
-};
-
-const ShippedSection& Shipped()
-{
-    static const ShippedSection section;
-    return section;
-}
+using NullEndpoint = Velkor::Bench::NullTracker;
+using Velkor::Bench::Shipped;
+using Velkor::Bench::ThreadSeconds;
 
 // The demo host's windows, every dialog opened once: 15 top-level widgets, about 260 objects.
 struct DemoWindows
@@ -71,14 +51,6 @@ struct DemoWindows
     Velkor::Demo::Recorder recorder{services, clock};
     Velkor::Demo::MainWindow window{services, recorder, [](QWidget*) {}};
 };
-
-// CPU time of this thread, in seconds: other processes on the machine do not count.
-double ThreadSeconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
-}
 
 std::unique_ptr<GuiHandler> Handler(bool report, int& reports)
 {

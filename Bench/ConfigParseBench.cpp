@@ -3,14 +3,11 @@
 // initialised around all of them, as it does for the statistics manager and the rule stages while
 // they exist. Divide a reading's time by the BareDomParse time of its document for the ratio.
 
-#include "Tracking/Config/Aggregator.h"
-#include "Tracking/Config/Filter.h"
-#include "Tracking/Config/KtmStat.h"
 #include "Tracking/Tracking.h"
 
 #include "KT/InstanceRegistry.h"
 
-#include "ManagerStandIns.h"
+#include "BenchSupport.h"
 
 #include <benchmark/benchmark.h>
 
@@ -23,7 +20,6 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -77,37 +73,14 @@ void BM_BareDomParse(benchmark::State& state, const char* path)
                  });
 }
 
-template <typename Root>
-void BM_ReadModel(benchmark::State& state, const char* path,
-                  std::unique_ptr<Root> (*parse)(std::istream&, ::xml_schema::flags,
-                                                 const ::xml_schema::properties&))
-{
-    ReadDocument(state, path,
-                 [parse](const std::string& text)
-                 {
-                     std::istringstream input(text);
-                     auto model = parse(input, ::xml_schema::flags::dont_validate,
-                                        ::xml_schema::properties());
-                     benchmark::DoNotOptimize(model);
-                 });
-}
-
 template <typename Tracker>
 void TrackerSetConfig(benchmark::State& state, const char* path)
 {
     Tracker tracker(std::make_shared<NullTracker>());
     ReadDocument(state, path, [&tracker](const std::string& text) { tracker.SetConfig(text); });
 }
-
-void BM_FilterKtTrackerSetConfig(benchmark::State& state, const char* path)
-{
-    TrackerSetConfig<FilterKtTracker>(state, path);
-}
-
-void BM_AggregatorKtTrackerSetConfig(benchmark::State& state, const char* path)
-{
-    TrackerSetConfig<AggregatorKtTracker>(state, path);
-}
+const auto BM_FilterKtTrackerSetConfig = TrackerSetConfig<FilterKtTracker>;
+const auto BM_AggregatorKtTrackerSetConfig = TrackerSetConfig<AggregatorKtTracker>;
 
 // Reading the main document and handing its sections to both handlers.
 void BM_StatisticsManagerSetConfig(benchmark::State& state, const char* path)
@@ -117,26 +90,18 @@ void BM_StatisticsManagerSetConfig(benchmark::State& state, const char* path)
     ReadDocument(state, path, [&manager](const std::string& text) { manager->SetConfig(text); });
 }
 
-// On a shared machine the least of several repetitions (--benchmark_repetitions) is the figure
-// least disturbed by other work.
 void Settings(benchmark::internal::Benchmark* registered)
 {
-    registered->Unit(benchmark::kMicrosecond)
-        ->ComputeStatistics("min", [](const std::vector<double>& values)
-                            { return *std::min_element(values.begin(), values.end()); });
+    Velkor::Bench::MinOfRepetitions(registered->Unit(benchmark::kMicrosecond));
 }
 
 BENCHMARK_CAPTURE(BM_BareDomParse, Main, kMain)->Apply(Settings);
-BENCHMARK_CAPTURE(BM_ReadModel, Main, kMain, &Config::ktmstat)->Apply(Settings);
 BENCHMARK_CAPTURE(BM_StatisticsManagerSetConfig, Main, kMain)->Apply(Settings);
 
 BENCHMARK_CAPTURE(BM_BareDomParse, Filter, kFilter)->Apply(Settings);
-BENCHMARK_CAPTURE(BM_ReadModel, Filter, kFilter, &Config::Filter::filter)->Apply(Settings);
 BENCHMARK_CAPTURE(BM_FilterKtTrackerSetConfig, Filter, kFilter)->Apply(Settings);
 
 BENCHMARK_CAPTURE(BM_BareDomParse, Aggregator, kAggregator)->Apply(Settings);
-BENCHMARK_CAPTURE(BM_ReadModel, Aggregator, kAggregator, &Config::Aggregator::aggregator)
-    ->Apply(Settings);
 BENCHMARK_CAPTURE(BM_AggregatorKtTrackerSetConfig, Aggregator, kAggregator)->Apply(Settings);
 
 void BM_LoadConfigFromQrc(benchmark::State& state)

@@ -1,27 +1,13 @@
-#include "Tracking/Tracking.h"
-
-#include <benchmark/benchmark.h>
+#include "BenchSupport.h"
 
 #include <QCoreApplication>
 
-#include <memory>
-#include <string>
-
+using Velkor::Bench::TenProperties;
 using Velkor::KT::Tracking::DebugKtTracker;
 using Velkor::KT::Tracking::Event;
 
 namespace
 {
-
-Event TenProperties()
-{
-    Event event{"CAPTURE_STOP", {}};
-    for (int i = 0; i < 10; ++i)
-    {
-        event.params["KEY_" + std::to_string(i)] = "VALUE_" + std::to_string(i);
-    }
-    return event;
-}
 
 // What Track() costs the calling thread: a copy of the event and a queue operation.
 void BM_DebugTrackerTrackCall(benchmark::State& state)

@@ -1,4 +1,4 @@
-#include "Tracking/Tracking.h"
+#include "BenchSupport.h"
 
 #include "Analytics/ApplicationTrackerFactory.h"
 #include "Analytics/JsonLinesApplicationTracker.h"
@@ -6,8 +6,6 @@
 #include "App/SessionId.h"
 #include "App/ioPath.h"
 #include "KT/ProductSettings.h"
-
-#include <benchmark/benchmark.h>
 
 #include <QTemporaryDir>
 
@@ -23,21 +21,6 @@ using Velkor::KT::Tracking::ForwardKtTracker;
 
 namespace
 {
-
-Event CaptureStop()
-{
-    return Event{"CAPTURE_STOP",
-                 {{"AUDIO_SOURCES", "MICROPHONE,SYSTEM"},
-                  {"CODEC", "CODEC_ID_H264"},
-                  {"DURATION", "90"},
-                  {"DURATION_ID", "UP_TO_2_MIN"},
-                  {"FILE_SIZE", "5242880"},
-                  {"FILE_SIZE_PRESET", "1_10_MB"},
-                  {"FPS", "30"},
-                  {"FRAME_SIZE", "1920x1080"},
-                  {"METHOD", "BUTTON"},
-                  {"REASON_STOP", "SUCCESS"}}};
-}
 
 // Events per second through the forwarding tracker into the reference analytics tracker: the
 // permission check, formatting one JSON line and one write(2) per event, rotation included.
@@ -58,7 +41,7 @@ void BM_ForwardIntoJsonLines(benchmark::State& state)
     ForwardKtTracker tracker(std::make_shared<Velkor::App::CustomizationManager>("recorder", ""),
                              settings, std::make_shared<Velkor::App::SessionId>(),
                              Velkor::App::ioPath(directory.path()), {});
-    const Event event = CaptureStop();
+    const Event event = Velkor::Bench::TenProperties();
     for (auto _ : state)
     {
         tracker.Track(event);

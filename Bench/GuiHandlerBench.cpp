@@ -1,5 +1,5 @@
+#include "BenchSupport.h"
 #include "Tracking/GuiHandler.h"
-#include "Tracking/Tracking.h"
 
 #include <benchmark/benchmark.h>
 
@@ -22,19 +22,11 @@ using namespace Velkor::KT::Tracking;
 namespace
 {
 
-class NullEndpoint : public IKtTrackingEndpoint
-{
-public:
-    void Track(const Event&) override {}
-};
+using NullEndpoint = Velkor::Bench::NullTracker;
 
 const Config::Gui& ShippedGui()
 {
-    static const std::unique_ptr<Config::KtmStat> document = [] {
-        std::istringstream text(LoadConfigFromQrc("/KT/Tracking/Config.xml"));
-        return Config::ktmstat(text, ::xml_schema::flags::dont_validate);
-    }();
-    return *document->gui();
+    return *Velkor::Bench::Shipped().document->gui();
 }
 
 // A storm of the events every widget sees all the time: paint, move, timer and mouse moves.
@@ -59,8 +51,7 @@ double SecondsPerRound(QWidget* target, int rounds)
 {
     const auto start = std::chrono::steady_clock::now();
     Storm(target, rounds);
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() /
-           rounds;
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / rounds;
 }
 
 // The cost per Qt event that the library adds with the shipped `gui` section attached, as a

@@ -72,29 +72,4 @@ void BM_EventFilterHandled(benchmark::State& state)
 }
 BENCHMARK(BM_EventFilterHandled)->Arg(1)->Arg(100)->Arg(10000);
 
-// The same unhandled event delivered through Qt to an object without and with the handler's
-// filter: the share of a whole delivery that the filter adds.
-void BM_SendEventUnwatched(benchmark::State& state)
-{
-    QObject object;
-    QEvent event(QEvent::Paint);
-    for (auto _ : state)
-    {
-        benchmark::DoNotOptimize(QCoreApplication::sendEvent(&object, &event));
-    }
-}
-BENCHMARK(BM_SendEventUnwatched);
-
-void BM_SendEventWatched(benchmark::State& state)
-{
-    Watched watched(static_cast<int>(state.range(0)));
-    QObject* object = watched.Middle();
-    QEvent event(QEvent::Paint);
-    for (auto _ : state)
-    {
-        benchmark::DoNotOptimize(QCoreApplication::sendEvent(object, &event));
-    }
-}
-BENCHMARK(BM_SendEventWatched)->Arg(1)->Arg(10000);
-
 }  // namespace

@@ -1,4 +1,4 @@
-#include "Tracking/Tracking.h"
+#include "BenchSupport.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,28 +14,11 @@
 #include <locale.h>
 
 using namespace Velkor::KT::Tracking;
+using Velkor::Bench::TenProperties;
+using NullEndpoint = Velkor::Bench::NullTracker;
 
 namespace
 {
-
-class NullEndpoint : public IKtTrackingEndpoint
-{
-public:
-    void Track(const Event& event) override { benchmark::DoNotOptimize(event.name.data()); }
-};
-
-Event TenProperties(const std::string& name)
-{
-    Event event{name, {}};
-    for (int i = 0; i < 7; ++i)
-    {
-        event.params["KEY_" + std::to_string(i)] = "VALUE_" + std::to_string(i);
-    }
-    event.params["DURATION"] = "90";
-    event.params["FILE_SIZE"] = "5242880";
-    event.params["AUDIO_SOURCES"] = "";
-    return event;
-}
 
 // ---- The floor: the stages' evaluation as it was before they could report to a listener, kept
 // here only to be measured side by side with the stages without a listener.
@@ -293,44 +276,41 @@ void Label(benchmark::State& state, int mode)
                                           : "stage, counting listener");
 }
 
-// The filter measured in `mode`, before a null endpoint.
-std::shared_ptr<IKtTracker> FilterStage(int mode)
+// A stage of the shipped document `resource`, measured in `mode`, before a null endpoint; the
+// floor reads the document with `read`.
+template <class Stage, class Floor, class Root>
+std::shared_ptr<IKtTracker> MakeStage(
+    int mode, const char* resource,
+    std::unique_ptr<Root> (*read)(std::istream&, ::xml_schema::flags,
+                                  const ::xml_schema::properties&))
 {
     const auto endpoint = std::make_shared<NullEndpoint>();
     if (mode == kUntracedFloor)
     {
-        auto floor = std::make_shared<Untraced::Filter>();
+        auto floor = std::make_shared<Floor>();
         floor->next = endpoint;
-        floor->document = Untraced::Read("/KT/Tracking/FilterConfig.xml", &Untraced::F::filter);
+        floor->document = Untraced::Read(resource, read);
         return floor;
     }
-    auto filter = std::make_shared<FilterKtTracker>(endpoint);
-    filter->SetConfig(LoadConfigFromQrc("/KT/Tracking/FilterConfig.xml"));
+    auto stage = std::make_shared<Stage>(endpoint);
+    stage->SetConfig(LoadConfigFromQrc(resource));
     if (mode == kListener)
     {
-        filter->SetTraceListener(std::make_shared<CountingListener>());
+        stage->SetTraceListener(std::make_shared<CountingListener>());
     }
-    return filter;
+    return stage;
+}
+
+std::shared_ptr<IKtTracker> FilterStage(int mode)
+{
+    return MakeStage<FilterKtTracker, Untraced::Filter>(mode, "/KT/Tracking/FilterConfig.xml",
+                                                        &Untraced::F::filter);
 }
 
 std::shared_ptr<IKtTracker> AggregatorStage(int mode)
 {
-    const auto endpoint = std::make_shared<NullEndpoint>();
-    if (mode == kUntracedFloor)
-    {
-        auto floor = std::make_shared<Untraced::Aggregator>();
-        floor->next = endpoint;
-        floor->document =
-            Untraced::Read("/KT/Tracking/AggregatorConfig.xml", &Untraced::A::aggregator);
-        return floor;
-    }
-    auto aggregator = std::make_shared<AggregatorKtTracker>(endpoint);
-    aggregator->SetConfig(LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
-    if (mode == kListener)
-    {
-        aggregator->SetTraceListener(std::make_shared<CountingListener>());
-    }
-    return aggregator;
+    return MakeStage<AggregatorKtTracker, Untraced::Aggregator>(
+        mode, "/KT/Tracking/AggregatorConfig.xml", &Untraced::A::aggregator);
 }
 
 // range(0): 0 = an event no block names (walks the whole document), 1 = "CAPTURE_STOP"

@@ -1,7 +1,7 @@
 #include "Tracking/StatisticsManager.h"
 #include "Tracking/Tracking.h"
 
-#include "ManagerStandIns.h"
+#include "BenchSupport.h"
 
 // The demo host's services and windows (Examples/DemoHost).
 #include "HostServices.h"
@@ -77,9 +77,6 @@ void BM_LibraryStartUp(benchmark::State& state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(BM_LibraryStartUp)
-    ->Unit(benchmark::kMillisecond)
-    ->ComputeStatistics("min", [](const std::vector<double>& values)
-                        { return *std::min_element(values.begin(), values.end()); });
+BENCHMARK(BM_LibraryStartUp)->Unit(benchmark::kMillisecond)->Apply(Bench::MinOfRepetitions);
 
 }  // namespace

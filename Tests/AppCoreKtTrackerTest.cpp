@@ -2,14 +2,17 @@
 
 #include "Tracking/ApplicationTrackerAdapter.h"
 
-#include "App/ApplicationTrackerWrapper.h"
 #include "App/ProductSettingsManager.h"
 #include "KT/ProductSettings.h"
+
+#include "Support/EventPrinting.h"
+#include "Support/EventText.h"
+#include "Support/RecordingTracker.h"
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -27,13 +30,7 @@ using Velkor::KT::Tracking::IKtTracker;
 namespace
 {
 
-class RecordingTracker : public IKtTracker
-{
-public:
-    void Track(const Event& event) override { events.push_back(event); }
-
-    std::vector<Event> events;
-};
+using KtTest::RecordingTracker;
 
 // --- Through the application core -------------------------------------------------------------
 
@@ -43,18 +40,11 @@ struct PassageRow
     std::string productName;
     std::string productVersion;
     std::string locale;  // would be added by the wrapper's own fillers, which are off
-    Event in;
-    Event out;
+    std::string in;      // events as KtTest::EventsFrom reads them
+    std::string out;
 };
 
-void PrintTo(const PassageRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class AppCoreKtTrackerPassageTest : public testing::TestWithParam<PassageRow>
-{
-};
+using AppCoreKtTrackerPassageTest = KtTest::Table<PassageRow>;
 
 TEST_P(AppCoreKtTrackerPassageTest, ReachesTheNextTrackerOnceWithTheCoresProperties)
 {
@@ -65,70 +55,20 @@ TEST_P(AppCoreKtTrackerPassageTest, ReachesTheNextTrackerOnceWithTheCoresPropert
     AppCoreKtTracker tracker(
         std::make_shared<ProductSettingsManager>(row.productName, row.productVersion, settings),
         next);
-    tracker.Track(row.in);
-    EXPECT_EQ(next->events, std::vector<Event>{row.out});
+    tracker.Track(KtTest::EventsFrom(row.in).at(0));
+    EXPECT_EQ(next->Events(), KtTest::EventsFrom(row.out));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Wrapper, AppCoreKtTrackerPassageTest,
-    testing::Values(
-        PassageRow{"WrapperAddsNothing",
-                   "",
-                   "",
-                   "",
-                   {"E", {{"K", "v"}, {"A", ""}}},
-                   {"E", {{"K", "v"}, {"A", ""}}}},
-        PassageRow{"NoParams", "", "", "", {"E", {}}, {"E", {}}},
-        PassageRow{"AddsProductKeys",
-                   "Recorder",
-                   "5.1",
-                   "",
-                   {"E", {{"K", "v"}}},
-                   {"E", {{"K", "v"}, {"PRODUCT_NAME", "Recorder"}, {"PRODUCT_VERSION", "5.1"}}}},
-        PassageRow{"ReplacesEventValueUnderSameKey",
-                   "",
-                   "5.1",
-                   "",
-                   {"E", {{"PRODUCT_VERSION", "0.9"}}},
-                   {"E", {{"PRODUCT_VERSION", "5.1"}}}},
-        PassageRow{"OwnFillersStayOff", "", "", "de_DE", {"E", {{"K", "v"}}}, {"E", {{"K", "v"}}}}),
-    [](const testing::TestParamInfo<PassageRow>& info) { return std::string(info.param.label); });
+KT_ROWS(AppCoreKtTrackerPassageTest, {{"WrapperAddsNothing", "", "", "", "E{K=v,A=}", "E{K=v,A=}"},
+                                      {"NoParams", "", "", "", "E{}", "E{}"},
+                                      {"AddsProductKeys", "Recorder", "5.1", "", "E{K=v}",
+                                       "E{K=v,PRODUCT_NAME=Recorder,PRODUCT_VERSION=5.1}"},
+                                      {"ReplacesEventValueUnderSameKey", "", "5.1", "",
+                                       "E{PRODUCT_VERSION=0.9}", "E{PRODUCT_VERSION=5.1}"},
+                                      {"OwnFillersStayOff", "", "", "de_DE", "E{K=v}", "E{K=v}"}});
 
-// The row "OwnFillersStayOff" above means something only if the wrapper has fillers to switch
-// off: with them on, the same settings add the locale and the system's facts.
-TEST(AppCoreKtTrackerTest, WrapperFillersWouldAddFactsWhenNotExcluded)
-{
-    using Velkor::App::ApplicationTrackerWrapper;
-    auto settings = std::make_shared<ProductSettings>();
-    settings->SetCurrentLocale("de_DE");
-    auto next = std::make_shared<RecordingTracker>();
-    auto wrapper = ApplicationTrackerWrapper::Create(
-        std::make_shared<ProductSettingsManager>("", "", settings),
-        ApplicationTrackerWrapper::NoOptions);
-    wrapper->SetSuccessor(ApplicationTrackerAdapter::Create(next));
-    EXPECT_TRUE(wrapper->Track("E", Properties{{"K", "v"}}));
-    ASSERT_EQ(next->events.size(), 1u);
-    const auto& params = next->events[0].params;
-    EXPECT_EQ(params.at("APP_LOCALE"), "de_DE");
-    EXPECT_EQ(params.count("OS_NAME"), 1u);
-    EXPECT_EQ(params.at("K"), "v");
-}
-
-TEST(AppCoreKtTrackerTest, KeepsTheOrderOfEvents)
-{
-    auto next = std::make_shared<RecordingTracker>();
-    AppCoreKtTracker tracker(std::make_shared<ProductSettingsManager>("", ""), next);
-    for (const char* name : {"A", "B", "C", "A"})
-    {
-        tracker.Track(Event{name, {}});
-    }
-    ASSERT_EQ(next->events.size(), 4u);
-    EXPECT_EQ(
-        next->events[0].name + next->events[1].name + next->events[2].name + next->events[3].name,
-        "ABCA");
-}
-
-TEST(AppCoreKtTrackerTest, DestructionReleasesTheWholeLoop)
+// Events pass in order, and destruction releases the whole loop.
+TEST(AppCoreKtTrackerTest, KeepsTheOrderAndReleasesTheWholeLoop)
 {
     auto next = std::make_shared<RecordingTracker>();
     auto manager = std::make_shared<ProductSettingsManager>("", "");
@@ -137,8 +77,11 @@ TEST(AppCoreKtTrackerTest, DestructionReleasesTheWholeLoop)
     auto tracker = std::make_unique<AppCoreKtTracker>(manager, next);
     next.reset();
     manager.reset();
-    tracker->Track(Event{"E", {}});
-    EXPECT_EQ(weakNext.lock()->events.size(), 1u);
+    for (const char* name : {"A", "B", "C", "A"})
+    {
+        tracker->Track(Event{name, {}});
+    }
+    EXPECT_EQ(weakNext.lock()->Names(), (std::vector<std::string>{"A", "B", "C", "A"}));
     tracker.reset();
     // Wrapper and adapter hold each other only one way, so nothing keeps the loop alive.
     EXPECT_TRUE(weakNext.expired());
@@ -156,74 +99,18 @@ TEST(AppCoreKtTrackerTest, WithoutSettingsManagerConstructionFailsAndKeepsNothin
 
 // --- The adapter ------------------------------------------------------------------------------
 
-struct DefaultsRow
-{
-    const char* label;
-    std::vector<Properties> defaultsAdded;  // in order
-    bool throughInitialize;                 // the first set comes with Initialize()
-    Properties eventProperties;
-    Properties expected;
-};
-
-void PrintTo(const DefaultsRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class ApplicationTrackerAdapterDefaultsTest : public testing::TestWithParam<DefaultsRow>
-{
-};
-
-TEST_P(ApplicationTrackerAdapterDefaultsTest, AssignsDefaultsKeepingTheFirstOfEachKey)
-{
-    const DefaultsRow& row = GetParam();
-    auto next = std::make_shared<RecordingTracker>();
-    auto adapter = ApplicationTrackerAdapter::Create(next);
-    for (std::size_t index = 0; index < row.defaultsAdded.size(); ++index)
-    {
-        if (index == 0 && row.throughInitialize)
-        {
-            EXPECT_TRUE(adapter->Initialize(row.defaultsAdded[0], "id", "/dir"));
-        }
-        else
-        {
-            adapter->AddDefaultProperties(row.defaultsAdded[index]);
-        }
-    }
-    EXPECT_TRUE(adapter->Track("E", row.eventProperties));
-    EXPECT_EQ(next->events, (std::vector<Event>{{"E", row.expected}}));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Defaults, ApplicationTrackerAdapterDefaultsTest,
-    testing::Values(
-        DefaultsRow{"NoDefaults", {}, false, {{"K", "v"}}, {{"K", "v"}}},
-        DefaultsRow{"DefaultReplacesEventValue",
-                    {{{"LANG", "en"}}},
-                    false,
-                    {{"LANG", "de"}},
-                    {{"LANG", "en"}}},
-        DefaultsRow{
-            "FirstDefaultKept", {{{"LANG", "en"}}, {{"LANG", "fr"}}}, false, {}, {{"LANG", "en"}}},
-        DefaultsRow{"DefaultsAddMissingKeys",
-                    {{{"A", "1"}}, {{"B", "2"}}},
-                    false,
-                    {{"K", "v"}},
-                    {{"A", "1"}, {"B", "2"}, {"K", "v"}}},
-        DefaultsRow{"InitializeGivesDefaults",
-                    {{{"LANG", "en"}}, {{"LANG", "fr"}, {"X", "x"}}},
-                    true,
-                    {{"LANG", "de"}},
-                    {{"LANG", "en"}, {"X", "x"}}}),
-    [](const testing::TestParamInfo<DefaultsRow>& info) { return std::string(info.param.label); });
-
-TEST(ApplicationTrackerAdapterTest, SingleValueTrackIsAOneEntryMap)
+// Defaults, from Initialize() and later sets, replace the event's own values; of each key the
+// first default given stays.
+TEST(ApplicationTrackerAdapterTest, AssignsDefaultsKeepingTheFirstOfEachKey)
 {
     auto next = std::make_shared<RecordingTracker>();
     auto adapter = ApplicationTrackerAdapter::Create(next);
-    adapter->AddDefaultProperties({{"LANG", "en"}});
-    EXPECT_TRUE(adapter->Track("E", "K", "v"));
-    EXPECT_EQ(next->events, (std::vector<Event>{{"E", {{"K", "v"}, {"LANG", "en"}}}}));
+    EXPECT_TRUE(adapter->Initialize({{"LANG", "en"}}, "id", "/dir"));
+    adapter->AddDefaultProperties({{"LANG", "fr"}, {"X", "x"}});
+    adapter->AddDefaultProperties({{"B", "2"}});
+    EXPECT_TRUE(adapter->Track("E", {{"LANG", "de"}, {"K", "v"}}));
+    EXPECT_TRUE(adapter->Track("F", "X", "own"));
+    EXPECT_EQ(next->Events(), KtTest::EventsFrom("E{B=2,K=v,LANG=en,X=x} F{B=2,LANG=en,X=x}"));
 }
 
 TEST(ApplicationTrackerAdapterTest, WithoutNextTrackerAnswersFalse)

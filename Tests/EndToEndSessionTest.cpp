@@ -2,6 +2,7 @@
 // real window tree and registered services, the shipped filter and aggregator in the chain, the
 // common events at both ends.
 
+#include "Support/EventText.h"
 #include "Support/InstancesConfig.h"
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/QtPump.h"
@@ -169,37 +170,21 @@ TEST_F(EndToEndSessionTest, DeliveredEventsOfAUserSession)
 
     manager.reset();
 
-    const Event::Params failure = {{"APP_LANGUAGE", "en"},      {"EXCEPTION_MESSAGE", ""},
-                                   {"EXCEPTION_STACKTRACE", ""}, {"EXCEPTION_TYPE", ""},
-                                   {"HP_ENABLED", "NO"},         {"SID", "crashed-session"}};
-    const std::vector<Event> expectedExceptStart = {
-        {"APP_FAILED", failure},
-        {"APP_FIRST_START", {{"APP_LANGUAGE", "en"}}},
-        {"SHOW_WINDOW", {{"WINDOW", "MAIN"}}},
-        {"CAPTURE_START", {}},  // compared below
-        {"CAPTURE_PAUSE",
-         {{"CAPTURE_RECORDING_TYPE", "CAPTURING"},
-          {"DURATION", "30"},
-          {"DURATION_ID", "UP_TO_2_MIN"},
-          {"METHOD", "BUTTON"}}},
-        {"CAPTURE_RESUME",
-         {{"CAPTURE_RECORDING_TYPE", "CAPTURING"}, {"DURATION", "30"}, {"METHOD", "HOTKEY"}}},
-        {"CAPTURE_STOP",
-         {{"AUDIO_SOURCES", "OFF"},
-          {"AUDIO_VIDEO_SOURCES", "NONE"},
-          {"CAPTURE_RECORDING_TYPE", "CAPTURING"},
-          {"DURATION", "90"},
-          {"DURATION_ID", "UP_TO_2_MIN"},
-          {"FILE_SIZE", "5242880"},
-          {"FILE_SIZE_PRESET", "1_10_MB"},
-          {"METHOD", "TRAY"},
-          {"REASON_STOP", "SUCCESS"}}},
-        {"CUSTOMER_ACTION", {{"SELECT_CAPTURE_MODE", "DESKTOP"}}},
-        {"SCREENSHOT_SAVE", {{"DESTINATION", "CLIPBOARD"}, {"METHOD", "MENU_BAR"}}},
-        {"SHARING_FINISH", {{"METHOD", "YOUTUBE"}, {"RESULT", "SUCCESS"}, {"TYPE", "VIDEO"}}},
-        {"PREF_CHANGE", {{"AUTO_UPDATE_ENABLED", "NO"}}},
-        {"APP_EXIT", {{"APP_LANGUAGE", "en"}}},
-    };
+    // The start is compared below, by the facts it must carry.
+    const std::vector<Event> expectedExceptStart = KtTest::EventsFrom(
+        "APP_FAILED{APP_LANGUAGE=en,EXCEPTION_MESSAGE=,EXCEPTION_STACKTRACE=,EXCEPTION_TYPE=,"
+        "HP_ENABLED=NO,SID=crashed-session} "
+        "APP_FIRST_START{APP_LANGUAGE=en} SHOW_WINDOW{WINDOW=MAIN} CAPTURE_START{} "
+        "CAPTURE_PAUSE{CAPTURE_RECORDING_TYPE=CAPTURING,DURATION=30,DURATION_ID=UP_TO_2_MIN,"
+        "METHOD=BUTTON} "
+        "CAPTURE_RESUME{CAPTURE_RECORDING_TYPE=CAPTURING,DURATION=30,METHOD=HOTKEY} "
+        "CAPTURE_STOP{AUDIO_SOURCES=OFF,AUDIO_VIDEO_SOURCES=NONE,CAPTURE_RECORDING_TYPE=CAPTURING,"
+        "DURATION=90,DURATION_ID=UP_TO_2_MIN,FILE_SIZE=5242880,FILE_SIZE_PRESET=1_10_MB,"
+        "METHOD=TRAY,REASON_STOP=SUCCESS} "
+        "CUSTOMER_ACTION{SELECT_CAPTURE_MODE=DESKTOP} "
+        "SCREENSHOT_SAVE{DESTINATION=CLIPBOARD,METHOD=MENU_BAR} "
+        "SHARING_FINISH{METHOD=YOUTUBE,RESULT=SUCCESS,TYPE=VIDEO} "
+        "PREF_CHANGE{AUTO_UPDATE_ENABLED=NO} APP_EXIT{APP_LANGUAGE=en}");
 
     std::vector<Event> events = delivered->Events();
     ASSERT_EQ(events.size(), expectedExceptStart.size()) << testing::PrintToString(events);
@@ -210,15 +195,14 @@ TEST_F(EndToEndSessionTest, DeliveredEventsOfAUserSession)
     // The start carries the cause the button gave, the capture's own facts and the filter's
     // classification of the sources (no camera: its size and position are "NONE").
     EXPECT_EQ(start.name, "CAPTURE_START");
-    const Event::Params startFacts = {{"METHOD", "BUTTON"},
-                                      {"CAPTURE_TYPE", "RECORDING"},
-                                      {"CAPTURE_AREA_RECT", "0,0:1920x1080"},
-                                      {"AUDIO_VIDEO_SOURCES", "NONE"},
-                                      {"CAPTURE_RECORDING_TYPE", "CAPTURING"},
-                                      {"QUANTITY_AUDIO_SOURCE", "0"},
-                                      {"SIZE_WEBCAMERA", "NONE"},
-                                      {"POSITION_WEBCAMERA", "NONE"}};
-    for (const auto& [key, value] : startFacts)
+    Event::Params facts = KtTest::EventsFrom(
+                              "S{METHOD=BUTTON,CAPTURE_TYPE=RECORDING,AUDIO_VIDEO_SOURCES=NONE,"
+                              "CAPTURE_RECORDING_TYPE=CAPTURING,QUANTITY_AUDIO_SOURCE=0,"
+                              "SIZE_WEBCAMERA=NONE,POSITION_WEBCAMERA=NONE}")
+                              .at(0)
+                              .params;
+    facts["CAPTURE_AREA_RECT"] = "0,0:1920x1080";
+    for (const auto& [key, value] : facts)
     {
         const auto found = start.params.find(key);
         ASSERT_NE(found, start.params.end()) << key;

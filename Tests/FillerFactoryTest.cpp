@@ -4,11 +4,12 @@
 #include "App/LookAndFeelManager.h"
 #include "KT/ConvertationSettings.h"
 
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <memory>
-#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -50,14 +51,7 @@ struct CreationRow
     std::vector<FillerTypes> created;  // in map order
 };
 
-void PrintTo(const CreationRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class FillerCreationTest : public testing::TestWithParam<CreationRow>
-{
-};
+using FillerCreationTest = KtTest::Table<CreationRow>;
 
 TEST_P(FillerCreationTest, CreatesEachRequestedTypeOnce)
 {
@@ -69,25 +63,22 @@ TEST_P(FillerCreationTest, CreatesEachRequestedTypeOnce)
 }
 
 using T = FillerTypes;
-INSTANTIATE_TEST_SUITE_P(
-    Requests, FillerCreationTest,
-    testing::Values(CreationRow{"Nothing", {}, {}},
-                    CreationRow{
-                        "LanguageTwice", {T::AppLanguage, T::AppLanguage}, {T::AppLanguage}},
-                    CreationRow{"UnknownValuesIgnored",
-                                {Unknown(8), T::CountryName, Unknown(-1), Unknown(42)},
-                                {T::CountryName}},
-                    CreationRow{"EveryTypeReversed",
-                                {T::OSConfig, T::HardwareConfig, T::AppConfig, T::MonitorsConfig,
-                                 T::CountryName, T::AppLanguage, T::HyperPass, T::Accelerators},
-                                {T::Accelerators, T::HyperPass, T::AppLanguage, T::CountryName,
-                                 T::MonitorsConfig, T::AppConfig, T::HardwareConfig, T::OSConfig}},
-                    CreationRow{"DuplicatesAmongOthers",
-                                {T::HyperPass, T::MonitorsConfig, T::HyperPass, T::MonitorsConfig},
-                                {T::HyperPass, T::MonitorsConfig}}),
-    [](const testing::TestParamInfo<CreationRow>& info) { return std::string(info.param.label); });
+KT_ROWS(FillerCreationTest,
+        {CreationRow{"Nothing", {}, {}},
+         CreationRow{"LanguageTwice", {T::AppLanguage, T::AppLanguage}, {T::AppLanguage}},
+         CreationRow{"UnknownValuesIgnored",
+                     {Unknown(8), T::CountryName, Unknown(-1), Unknown(42)},
+                     {T::CountryName}},
+         CreationRow{"EveryTypeReversed",
+                     {T::OSConfig, T::HardwareConfig, T::AppConfig, T::MonitorsConfig,
+                      T::CountryName, T::AppLanguage, T::HyperPass, T::Accelerators},
+                     {T::Accelerators, T::HyperPass, T::AppLanguage, T::CountryName,
+                      T::MonitorsConfig, T::AppConfig, T::HardwareConfig, T::OSConfig}},
+         CreationRow{"DuplicatesAmongOthers",
+                     {T::HyperPass, T::MonitorsConfig, T::HyperPass, T::MonitorsConfig},
+                     {T::HyperPass, T::MonitorsConfig}}});
 
-TEST(FillerCreationTest, HyperPassWithoutSettingsFailsButIsNeededOnlyWhenRequested)
+TEST(FillerFactoryTest, HyperPassWithoutSettingsFailsButIsNeededOnlyWhenRequested)
 {
     try
     {
@@ -135,57 +126,28 @@ TEST(AppLanguageFillerTest, AsksTheLanguageOnEveryFillAndNeverBefore)
     }
     EXPECT_EQ(seen, lookAndFeel->languages);
     EXPECT_EQ(lookAndFeel->asked, 3);
-}
 
-TEST(AppLanguageFillerTest, FollowsALanguageSwitchAndWritesNothingWithoutAManager)
-{
-    auto lookAndFeel = std::make_shared<LookAndFeelManager>("fr");
-    const FillerMap fillers =
-        CreateAvailableFillers(lookAndFeel, nullptr, {FillerTypes::AppLanguage});
-    lookAndFeel->SetLanguage("ja");
-    Params params;
-    RunFillers(fillers, {FillerTypes::AppLanguage}, params);
-    EXPECT_EQ(params, (Params{{"APP_LANGUAGE", "ja"}}));
-
+    // Without a look-and-feel manager it writes nothing.
     Params untouched{{"K", "v"}};
     RunFillers(CreateAvailableFillers(nullptr, nullptr, {FillerTypes::AppLanguage}),
                {FillerTypes::AppLanguage}, untouched);
     EXPECT_EQ(untouched, (Params{{"K", "v"}}));
 }
 
-struct HyperPassRow
+// The setting is read when the filler runs, not when it is made.
+TEST(HyperPassFillerTest, ReportsTheSettingAtFillTime)
 {
-    const char* label;
-    bool enabledAtCreation;
-    bool enabledAtFill;
-    const char* expected;
-};
-
-void PrintTo(const HyperPassRow& row, std::ostream* out)
-{
-    *out << row.label;
+    for (const bool enabled : {true, false})
+    {
+        auto settings = std::make_shared<ConvertationSettings>();
+        settings->SetHyperPassEnabled(!enabled);
+        const FillerMap fillers =
+            CreateAvailableFillers(nullptr, settings, {FillerTypes::HyperPass});
+        settings->SetHyperPassEnabled(enabled);
+        Params params{{"HP_ENABLED", "stale"}, {"OTHER", "kept"}};
+        RunFillers(fillers, {FillerTypes::HyperPass}, params);
+        EXPECT_EQ(params, (Params{{"HP_ENABLED", enabled ? "YES" : "NO"}, {"OTHER", "kept"}}));
+    }
 }
-
-class HyperPassFillerTest : public testing::TestWithParam<HyperPassRow>
-{
-};
-
-TEST_P(HyperPassFillerTest, ReportsTheSettingAtFillTime)
-{
-    const HyperPassRow& row = GetParam();
-    auto settings = std::make_shared<ConvertationSettings>();
-    settings->SetHyperPassEnabled(row.enabledAtCreation);
-    const FillerMap fillers = CreateAvailableFillers(nullptr, settings, {FillerTypes::HyperPass});
-    settings->SetHyperPassEnabled(row.enabledAtFill);
-    Params params{{"HP_ENABLED", "stale"}, {"OTHER", "kept"}};
-    RunFillers(fillers, {FillerTypes::HyperPass}, params);
-    EXPECT_EQ(params, (Params{{"HP_ENABLED", row.expected}, {"OTHER", "kept"}}));
-}
-
-INSTANTIATE_TEST_SUITE_P(Settings, HyperPassFillerTest,
-                         testing::Values(HyperPassRow{"SwitchedOn", false, true, "YES"},
-                    HyperPassRow{"SwitchedOff", true, false, "NO"}),
-    [](const testing::TestParamInfo<HyperPassRow>& info)
-                         { return std::string(info.param.label); });
 
 }  // namespace

@@ -1,5 +1,4 @@
-// The fillers that report facts of the machine: their keys, and their values checked against
-// sources other than the ones the fillers read.
+// The fillers that report facts of the machine: their keys, the accelerators found, the country.
 
 #include "Tracking/Fillers/AppConfigFiller.h"
 #include "Tracking/Fillers/CountryNameFiller.h"
@@ -7,6 +6,8 @@
 #include "Analytics/AcceleratorsPropertiesFiller.h"
 #include "Analytics/HardwareConfigFiller.h"
 #include "Analytics/OSConfigFiller.h"
+
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
@@ -20,14 +21,9 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
-
-#include <sys/utsname.h>
-#include <unistd.h>
 
 using Params = std::map<std::string, std::string>;
 using Velkor::Tracking::IDataFiller;
@@ -61,14 +57,7 @@ struct KeysRow
     std::set<std::string> keys;
 };
 
-void PrintTo(const KeysRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class FillerKeysTest : public testing::TestWithParam<KeysRow>
-{
-};
+using FillerKeysTest = KtTest::Table<KeysRow>;
 
 TEST_P(FillerKeysTest, WritesExactlyItsKeysWithValuesAndOverwrites)
 {
@@ -99,69 +88,21 @@ std::function<std::unique_ptr<IDataFiller>()> Make()
     return [] { return std::make_unique<Filler>(); };
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Fillers, FillerKeysTest,
-    testing::Values(
-        KeysRow{"Accelerators",
-                Make<Velkor::Analytics::AcceleratorsPropertiesFiller>(),
-                {"IM_HW_AVAILABLE", "NVENC_AVAILABLE", "NVDEC_AVAILABLE", "AMF_AVAILABLE",
-                 "NVENC_ENABLED", "NVDEC_ENABLED", "AMF_ENABLED"}},
-        KeysRow{"HardwareConfig",
-                Make<Velkor::Analytics::HardwareConfigFiller>(),
-                {"CPU_NAME", "CPU_ARCHITECTURE", "CPU_CORES", "RAM_TOTAL_MB"}},
-        KeysRow{"OSConfig",
-                Make<Velkor::Analytics::OSConfigFiller>(),
-                {"OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE"}},
-        KeysRow{"AppConfig", Make<Velkor::KT::Tracking::Fillers::AppConfigFiller>(), {"APP_BITS"}},
-        KeysRow{"CountryName",
-                Make<Velkor::KT::Tracking::Fillers::CountryNameFiller>(),
-                {"COUNTRY_NAME"}}),
-    [](const testing::TestParamInfo<KeysRow>& info) { return std::string(info.param.label); });
-
-// --- True facts -------------------------------------------------------------------------------
-
-std::string ReadTrimmed(const char* path)
-{
-    QFile file(QString::fromLatin1(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toStdString() : std::string();
-}
-
-TEST(HardwareConfigFillerTest, ReportsThisMachinesProcessorsAndMemory)
-{
-    Velkor::Analytics::HardwareConfigFiller filler;
-    const Params facts = FillFresh(filler);
-
-    EXPECT_EQ(facts.at("CPU_CORES"), std::to_string(std::thread::hardware_concurrency()));
-
-    // The kernel's own count of memory pages, not /proc/meminfo.
-    const unsigned long long bytes =
-        static_cast<unsigned long long>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE);
-    const unsigned long long mib = std::stoull(facts.at("RAM_TOTAL_MB"));
-    EXPECT_GT(mib, 0u);
-    EXPECT_NEAR(double(mib), double(bytes >> 20), 1.0);
-
-    utsname names{};
-    ASSERT_EQ(uname(&names), 0);
-    EXPECT_EQ(facts.at("CPU_ARCHITECTURE"), names.machine);
-
-    const std::string& name = facts.at("CPU_NAME");
-    EXPECT_NE(name, "UNKNOWN");
-}
-
-TEST(OSConfigFillerTest, ReportsTheRunningSystem)
-{
-    Velkor::Analytics::OSConfigFiller filler;
-    const Params facts = FillFresh(filler);
-
-    const std::string release = ReadTrimmed("/proc/sys/kernel/osrelease");
-    ASSERT_FALSE(release.empty());
-    EXPECT_EQ(facts.at("OS_KERNEL"), "linux " + release);
-    // A 64-bit test runs on a 64-bit system.
-    if (sizeof(void*) == 8)
-    {
-        EXPECT_EQ(facts.at("OS_BITS"), "64");
-    }
-}
+KT_ROWS(FillerKeysTest,
+        {KeysRow{"Accelerators",
+                 Make<Velkor::Analytics::AcceleratorsPropertiesFiller>(),
+                 {"IM_HW_AVAILABLE", "NVENC_AVAILABLE", "NVDEC_AVAILABLE", "AMF_AVAILABLE",
+                  "NVENC_ENABLED", "NVDEC_ENABLED", "AMF_ENABLED"}},
+         KeysRow{"HardwareConfig",
+                 Make<Velkor::Analytics::HardwareConfigFiller>(),
+                 {"CPU_NAME", "CPU_ARCHITECTURE", "CPU_CORES", "RAM_TOTAL_MB"}},
+         KeysRow{"OSConfig",
+                 Make<Velkor::Analytics::OSConfigFiller>(),
+                 {"OS_NAME", "OS_VERSION", "OS_KERNEL", "OS_BITS", "OS_LANGUAGE"}},
+         KeysRow{"AppConfig", Make<Velkor::KT::Tracking::Fillers::AppConfigFiller>(), {"APP_BITS"}},
+         KeysRow{"CountryName",
+                 Make<Velkor::KT::Tracking::Fillers::CountryNameFiller>(),
+                 {"COUNTRY_NAME"}}});
 
 // --- Acceleration over a made-up device list --------------------------------------------------
 
@@ -175,19 +116,10 @@ struct AcceleratorsRow
 {
     const char* label;
     std::vector<Device> devices;
-    bool intel;
-    bool nvidia;
-    bool amd;
+    const char* available;  // Intel, NVIDIA, AMD: 'Y' or 'N'
 };
 
-void PrintTo(const AcceleratorsRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class AcceleratorsFillerTest : public testing::TestWithParam<AcceleratorsRow>
-{
-};
+using AcceleratorsFillerTest = KtTest::Table<AcceleratorsRow>;
 
 TEST_P(AcceleratorsFillerTest, CountsOnlyDisplayControllersOfEachVendor)
 {
@@ -210,45 +142,31 @@ TEST_P(AcceleratorsFillerTest, CountsOnlyDisplayControllersOfEachVendor)
 
     Velkor::Analytics::AcceleratorsPropertiesFiller filler(root.path().toStdString());
     const Params facts = FillFresh(filler);
-    auto flag = [](bool value) { return std::string(value ? "YES" : "NO"); };
-    EXPECT_EQ(facts.at("IM_HW_AVAILABLE"), flag(row.intel));
-    EXPECT_EQ(facts.at("NVENC_AVAILABLE"), flag(row.nvidia));
-    EXPECT_EQ(facts.at("NVDEC_AVAILABLE"), flag(row.nvidia));
-    EXPECT_EQ(facts.at("AMF_AVAILABLE"), flag(row.amd));
+    auto flag = [&row](int at) { return std::string(row.available[at] == 'Y' ? "YES" : "NO"); };
+    EXPECT_EQ(facts.at("IM_HW_AVAILABLE"), flag(0));
+    EXPECT_EQ(facts.at("NVENC_AVAILABLE"), flag(1));
+    EXPECT_EQ(facts.at("NVDEC_AVAILABLE"), flag(1));
+    EXPECT_EQ(facts.at("AMF_AVAILABLE"), flag(2));
     // Enabled needs the hardware; whether the runtime is installed depends on the machine.
-    for (const char* facility : {"NVENC", "NVDEC", "AMF"})
+    for (const std::string facility : {"NVENC", "NVDEC", "AMF"})
     {
-        const std::string prefix = facility;
-        const std::string& enabled = facts.at(prefix + "_ENABLED");
+        const std::string& enabled = facts.at(facility + "_ENABLED");
         EXPECT_TRUE(enabled == "NO" ||
-                    (enabled == "YES" && facts.at(prefix + "_AVAILABLE") == "YES"))
-            << prefix << " enabled " << enabled;
+                    (enabled == "YES" && facts.at(facility + "_AVAILABLE") == "YES"))
+            << facility << " enabled " << enabled;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Devices, AcceleratorsFillerTest,
-    testing::Values(
-        AcceleratorsRow{"VendorsWithoutDisplays",
-                        {{"0x060000", "0x8086"}, {"0x040300", "0x10de"}, {"0x0c0330", "0x1002"}},
-                        false,
-                        false,
-                        false},
-        AcceleratorsRow{"IntelGraphics", {{"0x030000", "0x8086"}}, true, false, false},
-        AcceleratorsRow{"NvidiaBesideIntelBridge",
-                        {{"0x060000", "0x8086"}, {"0x030200", "0x10de"}},
-                        false,
-                        true,
-                        false},
-        AcceleratorsRow{
-            "AmdAndNvidia", {{"0x038000", "0x1002"}, {"0x030000", "0x10de"}}, false, true, true},
-        AcceleratorsRow{"UnreadableEntriesIgnored",
-                        {{"garbage", "0x8086"}, {"0x030000", ""}, {"0x030000", "0x1af4"}},
-                        false,
-                        false,
-                        false}),
-    [](const testing::TestParamInfo<AcceleratorsRow>& info)
-    { return std::string(info.param.label); });
+KT_ROWS(AcceleratorsFillerTest,
+        {{"VendorsWithoutDisplays",
+          {{"0x060000", "0x8086"}, {"0x040300", "0x10de"}, {"0x0c0330", "0x1002"}},
+          "NNN"},
+         {"IntelGraphics", {{"0x030000", "0x8086"}}, "YNN"},
+         {"NvidiaBesideIntelBridge", {{"0x060000", "0x8086"}, {"0x030200", "0x10de"}}, "NYN"},
+         {"AmdAndNvidia", {{"0x038000", "0x1002"}, {"0x030000", "0x10de"}}, "NYY"},
+         {"UnreadableEntriesIgnored",
+          {{"garbage", "0x8086"}, {"0x030000", ""}, {"0x030000", "0x1af4"}},
+          "NNN"}});
 
 // --- Country of the system locale -------------------------------------------------------------
 
@@ -274,23 +192,16 @@ struct CountryRow
     const char* country;
 };
 
-void PrintTo(const CountryRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class CountryNameFillerTest : public testing::TestWithParam<CountryRow>
-{
-};
+using CountryNameFillerTest = KtTest::Table<CountryRow>;
 
 TEST_P(CountryNameFillerTest, NamesTheSystemLocalesCountryInEnglish)
 {
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("LC_ALL"));
-    environment.remove(QStringLiteral("LC_MESSAGES"));
-    environment.remove(QStringLiteral("LC_NUMERIC"));
-    environment.remove(QStringLiteral("LANGUAGE"));
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LC_NUMERIC", "LANGUAGE"})
+    {
+        environment.remove(QString::fromLatin1(name));
+    }
     environment.insert(QStringLiteral("LANG"), QString::fromLatin1(GetParam().lang));
     environment.insert(QStringLiteral("KT_COUNTRY_CHILD"), QStringLiteral("1"));
     child.setProcessEnvironment(environment);
@@ -302,11 +213,8 @@ TEST_P(CountryNameFillerTest, NamesTheSystemLocalesCountryInEnglish)
         << output.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Locales, CountryNameFillerTest,
-                         testing::Values(CountryRow{"German", "de_DE.UTF-8", "Germany"},
-                                         CountryRow{"BrazilianPortuguese", "pt_BR.UTF-8", "Brazil"},
-                                         CountryRow{"CanadianFrench", "fr_CA", "Canada"}),
-                         [](const testing::TestParamInfo<CountryRow>& info)
-                         { return std::string(info.param.label); });
+KT_ROWS(CountryNameFillerTest, {CountryRow{"German", "de_DE.UTF-8", "Germany"},
+                                CountryRow{"BrazilianPortuguese", "pt_BR.UTF-8", "Brazil"},
+                                CountryRow{"CanadianFrench", "fr_CA", "Canada"}});
 
 }  // namespace

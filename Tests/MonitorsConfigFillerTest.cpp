@@ -7,6 +7,7 @@
 #include "Tracking/Fillers/MonitorsConfigFiller.h"
 
 #include "Support/CommaLocale.h"
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +18,6 @@
 
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -34,55 +34,15 @@ enum class CommaLocale
     CLibrary,
 };
 
-// Applies a comma locale for the life of the object; Skip() says why it could not.
-class LocaleScope
-{
-public:
-    explicit LocaleScope(CommaLocale kind)
-    {
-        if (kind == CommaLocale::QtAndStd)
-        {
-            m_qtAndStd.emplace();
-        }
-        else if (kind == CommaLocale::CLibrary)
-        {
-            m_cLibrary = std::make_unique<KtTest::CLibraryCommaLocale>();
-        }
-    }
-
-    std::optional<std::string> Skip() const
-    {
-        if (m_cLibrary && !m_cLibrary->Active())
-        {
-            return m_cLibrary->Why();
-        }
-        return std::nullopt;
-    }
-
-private:
-    std::optional<KtTest::QtAndStdCommaLocale> m_qtAndStd;
-    std::unique_ptr<KtTest::CLibraryCommaLocale> m_cLibrary;
-};
-
 struct LocaleRow
 {
     const char* label;
     CommaLocale locale;
 };
 
-void PrintTo(const LocaleRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-const auto LOCALE_ROWS = testing::Values(LocaleRow{"PointLocale", CommaLocale::None},
-                                         LocaleRow{"QtAndStdComma", CommaLocale::QtAndStd},
-                                         LocaleRow{"CLibraryComma", CommaLocale::CLibrary});
-
-std::string LocaleLabel(const testing::TestParamInfo<LocaleRow>& info)
-{
-    return info.param.label;
-}
+const std::vector<LocaleRow> kLocales{{"PointLocale", CommaLocale::None},
+                                      {"QtAndStdComma", CommaLocale::QtAndStd},
+                                      {"CLibraryComma", CommaLocale::CLibrary}};
 
 std::string RectText(const QRect& rect)
 {
@@ -96,9 +56,7 @@ std::string RectText(const QRect& rect)
 
 // --- The screens ------------------------------------------------------------------------------
 
-class MonitorsScreensTest : public testing::TestWithParam<LocaleRow>
-{
-};
+using MonitorsScreensTest = KtTest::Table<LocaleRow>;
 
 TEST_P(MonitorsScreensTest, DescribesEveryScreenInListOrder)
 {
@@ -128,33 +86,27 @@ TEST_P(MonitorsScreensTest, DescribesEveryScreenInListOrder)
     }
     EXPECT_EQ(toolkitRects, scaledRects);
 
-    const LocaleScope locale(GetParam().locale);
-    if (const auto why = locale.Skip())
+    std::optional<KtTest::QtAndStdCommaLocale> qtAndStd;
+    std::unique_ptr<KtTest::CLibraryCommaLocale> cLibrary;
+    if (GetParam().locale == CommaLocale::QtAndStd)
     {
-        GTEST_SKIP() << *why;
+        qtAndStd.emplace();
+    }
+    else if (GetParam().locale == CommaLocale::CLibrary)
+    {
+        cLibrary = std::make_unique<KtTest::CLibraryCommaLocale>();
+        if (!cLibrary->Active())
+        {
+            GTEST_SKIP() << cLibrary->Why();
+        }
     }
     MonitorsConfigFiller filler;
     Params params{{"MONITOR9_RECT", "kept"}, {"MONITORS_COUNT", "stale"}};
     filler.Fill(params);
     wanted["MONITOR9_RECT"] = "kept";
     EXPECT_EQ(params, wanted);
-}
 
-INSTANTIATE_TEST_SUITE_P(Locales, MonitorsScreensTest, LOCALE_ROWS, LocaleLabel);
-
-// --- The dpi text -----------------------------------------------------------------------------
-
-class MonitorsDpiTextTest : public testing::TestWithParam<LocaleRow>
-{
-};
-
-TEST_P(MonitorsDpiTextTest, SixDecimalsWithAPoint)
-{
-    const LocaleScope locale(GetParam().locale);
-    if (const auto why = locale.Skip())
-    {
-        GTEST_SKIP() << *why;
-    }
+    // The dpi text: six decimals and a point, whatever the locale.
     const std::vector<std::pair<double, std::string>> cases{
         {96.0, "96.000000"}, {95.958042, "95.958042"},
         {0.5, "0.500000"},   {1234567.25, "1234567.250000"},
@@ -165,6 +117,6 @@ TEST_P(MonitorsDpiTextTest, SixDecimalsWithAPoint)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Locales, MonitorsDpiTextTest, LOCALE_ROWS, LocaleLabel);
+KT_ROWS(MonitorsScreensTest, kLocales);
 
 }  // namespace

@@ -1,5 +1,16 @@
+// A stage or service that needs a collaborator refuses to exist without it, with NotNull's error.
+
 #include "Tracking/NotNull.h"
 #include "Tracking/Tracking.h"
+
+#include "Support/RecordingTracker.h"
+#include "Support/Table.h"
+
+#include "Analytics/ApplicationTrackerFactory.h"
+#include "App/CustomizationManager.h"
+#include "App/SessionId.h"
+#include "App/ioPath.h"
+#include "KT/ProductSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -8,98 +19,66 @@
 #include <stdexcept>
 #include <string>
 
-using Velkor::KT::Tracking::Event;
-using Velkor::KT::Tracking::IKtTracker;
-using Velkor::KT::Tracking::IKtTrackingEndpoint;
-using Velkor::KT::Tracking::NotNull;
+using namespace Velkor::KT::Tracking;
+using Velkor::Analytics::ScopedApplicationTrackerCreator;
 
 namespace
 {
 
-class CountingEndpoint : public IKtTrackingEndpoint
+struct NullRow
 {
-public:
-    void Track(const Event&) override { ++count; }
-    int count = 0;
+    const char* label;
+    std::function<void()> construct;
 };
 
-// A stage that must not exist without its successor, the way the rule stages keep theirs.
-class Stage : public IKtTracker
-{
-public:
-    explicit Stage(const std::shared_ptr<IKtTracker>& next) : m_next(next) {}
-    void Track(const Event& event) override { m_next->Track(event); }
+using NullCollaboratorTest = KtTest::Table<NullRow>;
 
-private:
-    NotNull<IKtTracker> m_next;
-};
-
-std::string ErrorText(const std::function<void()>& action)
+TEST_P(NullCollaboratorTest, ThrowsNotNullsLogicError)
 {
     try
     {
-        action();
+        GetParam().construct();
+        FAIL() << "constructed without a collaborator";
     }
     catch (const std::logic_error& error)
     {
-        return error.what();
+        EXPECT_STREQ(error.what(), "NotNull can not initialized by null");
     }
-    return "(nothing thrown)";
 }
 
-TEST(NotNullTest, EmptyPointerThrowsLogicErrorWithItsMessage)
-{
-    EXPECT_EQ(ErrorText([] { NotNull<IKtTracker> holder{std::shared_ptr<IKtTracker>()}; }),
-              "NotNull can not initialized by null");
-    EXPECT_EQ(ErrorText([] { Stage stage{nullptr}; }), "NotNull can not initialized by null");
-}
-
-TEST(NotNullTest, HolderSharesOwnershipAndForwards)
-{
-    auto endpoint = std::make_shared<CountingEndpoint>();
-    {
-        auto stage = std::make_shared<Stage>(endpoint);
-        stage->Track(Event{"X", {}});
-        EXPECT_EQ(endpoint.use_count(), 2);
-    }
-    EXPECT_EQ(endpoint.use_count(), 1);
-    EXPECT_EQ(endpoint->count, 1);
-}
-
-TEST(NotNullTest, CopyAndMoveLeaveBothHoldersSet)
-{
-    auto endpoint = std::make_shared<CountingEndpoint>();
-    NotNull<IKtTracker> first{endpoint};
-    NotNull<IKtTracker> second = first;
-    NotNull<IKtTracker> third = std::move(first);
-    EXPECT_EQ(first.get(), endpoint.get());  // NOLINT(bugprone-use-after-move): copy-only type
-    EXPECT_EQ(second.get(), endpoint.get());
-    EXPECT_EQ(third.get(), endpoint.get());
-}
+KT_ROWS(NullCollaboratorTest,
+        {{"EmptyPointer", [] { NotNull<IKtTracker> holder{std::shared_ptr<IKtTracker>()}; }},
+         {"FilterSuccessor", [] { FilterKtTracker filter{nullptr}; }},
+         {"AggregatorSuccessor", [] { AggregatorKtTracker aggregator{nullptr}; }},
+         // Refused before the analytics tracker is asked for.
+         {"ForwardProductSettings", []
+          {
+              ScopedApplicationTrackerCreator creator(
+                  []
+                  {
+                      ADD_FAILURE() << "the analytics factory was asked";
+                      return Velkor::Analytics::RefPtr<Velkor::Analytics::IApplicationTracker>();
+                  });
+              ForwardKtTracker tracker(
+                  std::make_shared<Velkor::App::CustomizationManager>("recorder", ""), nullptr,
+                  std::make_shared<Velkor::App::SessionId>("S1"), Velkor::App::ioPath("/d"), {});
+          }}});
 
 // Releasing the head of a chain releases every stage down to the endpoint.
 TEST(ChainTest, ReleasingTheHeadReleasesTheChain)
 {
-    std::weak_ptr<CountingEndpoint> endpointWatch;
-    std::weak_ptr<Stage> middleWatch;
-    {
-        auto endpoint = std::make_shared<CountingEndpoint>();
-        endpointWatch = endpoint;
-        auto middle = std::make_shared<Stage>(endpoint);
-        middleWatch = middle;
-        std::shared_ptr<IKtTracker> head = std::make_shared<Stage>(middle);
-        head->Track(Event{"A", {}});
-        EXPECT_EQ(endpoint->count, 1);
-    }
+    auto endpoint = std::make_shared<KtTest::RecordingTracker>();
+    const std::weak_ptr<KtTest::RecordingTracker> endpointWatch = endpoint;
+    auto middle = std::make_shared<AggregatorKtTracker>(endpoint);
+    const std::weak_ptr<AggregatorKtTracker> middleWatch = middle;
+    auto head = std::make_shared<FilterKtTracker>(middle);
+    endpoint.reset();
+    middle.reset();
+    head->Track(Event{"A", {}});
+    EXPECT_EQ(endpointWatch.lock()->Names(), std::vector<std::string>{"A"});
+    head.reset();
     EXPECT_TRUE(middleWatch.expired());
     EXPECT_TRUE(endpointWatch.expired());
-}
-
-TEST(ChainTest, EndpointIsATracker)
-{
-    std::shared_ptr<IKtTrackingEndpoint> endpoint = std::make_shared<CountingEndpoint>();
-    std::shared_ptr<IKtTracker> tracker = endpoint;
-    EXPECT_NE(dynamic_cast<IKtTrackingEndpoint*>(tracker.get()), nullptr);
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include "Support/LogCapture.h"
 #include "Support/RecordingTracker.h"
 
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <QFile>
@@ -39,9 +41,7 @@ struct ModeRow
     std::string expected;  // after "old\n" and then kStop
 };
 
-class RecordingModeTest : public testing::TestWithParam<ModeRow>
-{
-};
+using RecordingModeTest = KtTest::Table<ModeRow>;
 
 // Each line is in the file as soon as its event has passed, before the stage is released.
 TEST_P(RecordingModeTest, WritesEachEventAtOnceAndPassesItOn)
@@ -61,11 +61,9 @@ TEST_P(RecordingModeTest, WritesEachEventAtOnceAndPassesItOn)
     EXPECT_EQ(next->Events(), std::vector<Event>{kStop});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Modes, RecordingModeTest,
-    testing::Values(ModeRow{"Truncate", RecordingKtTracker::OpenMode::Truncate, kStopLine},
-                    ModeRow{"Append", RecordingKtTracker::OpenMode::Append, "old\n" + kStopLine}),
-    [](const auto& info) { return std::string(info.param.label); });
+KT_ROWS(RecordingModeTest,
+        {ModeRow{"Truncate", RecordingKtTracker::OpenMode::Truncate, kStopLine},
+         ModeRow{"Append", RecordingKtTracker::OpenMode::Append, "old\n" + kStopLine}});
 
 TEST(RecordingKtTrackerTest, UnopenableFileIsLoggedAndEventsStillPass)
 {

@@ -1,5 +1,7 @@
 #include "FuzzSupport.h"
 
+#include "../Support/EventPrinting.h"
+
 #include <QApplication>
 
 #include <xercesc/util/PlatformUtils.hpp>
@@ -20,14 +22,9 @@ std::string Describe(const std::vector<Event>& events)
     std::ostringstream out;
     for (const Event& event : events)
     {
-        out << "  " << event.name << " {";
-        const char* separator = "";
-        for (const auto& [key, value] : event.params)
-        {
-            out << separator << key << '=' << value;
-            separator = ", ";
-        }
-        out << "}\n";
+        out << "  ";
+        Velkor::KT::Tracking::PrintTo(event, &out);
+        out << '\n';
     }
     return out.str();
 }

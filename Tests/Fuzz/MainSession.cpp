@@ -1,7 +1,6 @@
 #include "MainSession.h"
 
-#include "App/ICrashTracker.h"
-#include "App/ILaunchTypeProcessor.h"
+#include "../Support/LaunchAndCrashDoubles.h"
 #include "App/LookAndFeelManager.h"
 #include "App/ioPath.h"
 #include "KT/CaptureInfo.h"
@@ -60,18 +59,6 @@ signals:
     void HotkeyTriggeredId(const QString& id);
     void PlayButtonClicked();
     void IntervalRemoved(int seconds);
-};
-
-class NoFailures : public App::ICrashTracker
-{
-public:
-    std::vector<std::string> TakeUnreportedFailedSessions() override { return {}; }
-};
-
-class EveryStartLaunch : public App::ILaunchTypeProcessor
-{
-public:
-    int GetLaunchType() const override { return EveryStart; }
 };
 
 struct Windows
@@ -318,9 +305,11 @@ SessionOutcome RunSession(const std::vector<std::optional<std::string>>& rounds)
         Services services;
         const auto aggregator = std::make_shared<T::AggregatorKtTracker>(recorder);
         const auto filter = std::make_shared<T::FilterKtTracker>(aggregator);
-        T::StatisticsManager manager(filter, std::make_shared<App::LookAndFeelManager>("en"),
-                                     nullptr, nullptr, std::make_shared<EveryStartLaunch>(),
-                                     std::make_shared<NoFailures>(), services.convertation, {});
+        T::StatisticsManager manager(
+            filter, std::make_shared<App::LookAndFeelManager>("en"), nullptr, nullptr,
+            std::make_shared<KtTest::FixedLaunchType>(App::ILaunchTypeProcessor::EveryStart),
+            std::make_shared<KtTest::ListCrashTracker>(std::vector<std::string>{}),
+            services.convertation, {});
         for (const std::optional<std::string>& document : rounds)
         {
             bool refused = false;
