@@ -1,13 +1,14 @@
 #include "UI/ButtonWithPopUpList.h"
 
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <QListWidget>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <functional>
-#include <ostream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,57 +17,19 @@ using Velkor::KT::ButtonWithPopUpList;
 namespace
 {
 
-std::vector<int> Indexes(const QSignalSpy& spy)
-{
-    std::vector<int> indexes;
-    for (const QList<QVariant>& arguments : spy)
-    {
-        indexes.push_back(arguments.at(0).toInt());
-    }
-    return indexes;
-}
-
-void OpenList(ButtonWithPopUpList& button)
-{
-    QTest::mouseClick(&button, Qt::LeftButton);
-    ASSERT_TRUE(button.IsPopUpVisible());
-}
-
-// Clicks an entry of the open list where a person would: in the middle of its row.
-void ClickEntry(ButtonWithPopUpList& button, int row)
-{
-    QListWidget* list = button.PopUp();
-    ASSERT_NE(list, nullptr);
-    ASSERT_TRUE(list->isVisible());
-    const QRect rect = list->visualItemRect(list->item(row));
-    ASSERT_FALSE(rect.isEmpty());
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rect.center());
-}
-
-void PressKey(ButtonWithPopUpList& button, Qt::Key key)
-{
-    ASSERT_NE(button.PopUp(), nullptr);
-    QTest::keyClick(button.PopUp(), key);
-}
-
+// What a person does, one character a step: o opens the list with a click, 0-9 clicks that
+// entry in the middle of its row, d/u/e/x press Down, Up, Return and Escape in the list, S sets
+// the third entry current, C clears, A adds two entries.
 struct PickRow
 {
     const char* label;
     QStringList items;
-    std::function<void(ButtonWithPopUpList&)> act;
+    const char* steps;
     std::vector<int> expectedSignals;
     int expectedIndex;
     const char* expectedText;  // what the button shows afterwards
 };
-
-void PrintTo(const PickRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class ButtonWithPopUpListPickTest : public testing::TestWithParam<PickRow>
-{
-};
+using ButtonWithPopUpListPickTest = KtTest::Table<PickRow>;
 
 TEST_P(ButtonWithPopUpListPickTest, ReportsEachChangeOfTheCurrentEntryOnce)
 {
@@ -77,9 +40,48 @@ TEST_P(ButtonWithPopUpListPickTest, ReportsEachChangeOfTheCurrentEntryOnce)
     button.show();
     QSignalSpy changes(&button, &ButtonWithPopUpList::CurrentIndexChanged);
 
-    row.act(button);
+    for (const char* step = row.steps; *step; ++step)
+    {
+        QListWidget* list = button.PopUp();
+        const std::map<char, Qt::Key> keys{
+            {'d', Qt::Key_Down}, {'u', Qt::Key_Up}, {'e', Qt::Key_Return}, {'x', Qt::Key_Escape}};
+        if (*step == 'o')
+        {
+            QTest::mouseClick(&button, Qt::LeftButton);
+            EXPECT_EQ(button.IsPopUpVisible(), !row.items.isEmpty());
+        }
+        else if (*step >= '0' && *step <= '9')
+        {
+            ASSERT_TRUE(list && list->isVisible());
+            const QRect rect = list->visualItemRect(list->item(*step - '0'));
+            ASSERT_FALSE(rect.isEmpty());
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rect.center());
+        }
+        else if (keys.count(*step))
+        {
+            ASSERT_TRUE(list && list->isVisible());
+            QTest::keyClick(list, keys.at(*step));
+        }
+        else if (*step == 'S')
+        {
+            button.SetCurrentIndex(2);
+        }
+        else if (*step == 'C')
+        {
+            button.Clear();
+        }
+        else if (*step == 'A')
+        {
+            button.AddItem("Default");
+            button.AddItem("USB Headset");
+        }
+    }
 
-    EXPECT_EQ(Indexes(changes), row.expectedSignals);
+    EXPECT_EQ(changes.size(), int(row.expectedSignals.size()));
+    for (int i = 0; i < changes.size(); ++i)
+    {
+        EXPECT_EQ(changes.at(i).at(0).toInt(), row.expectedSignals.at(i));
+    }
     EXPECT_EQ(button.CurrentIndex(), row.expectedIndex);
     EXPECT_EQ(button.CurrentText(), QString::fromUtf8(row.expectedText));
     EXPECT_FALSE(button.IsPopUpVisible());
@@ -87,100 +89,15 @@ TEST_P(ButtonWithPopUpListPickTest, ReportsEachChangeOfTheCurrentEntryOnce)
 
 const QStringList kMicrophones{"Default", "USB Headset", "Webcam Microphone"};
 
-void ClickThird(ButtonWithPopUpList& b)
-{
-    OpenList(b);
-    ClickEntry(b, 2);
-}
-void ClickThirdThenSecond(ButtonWithPopUpList& b)
-{
-    ClickThird(b);
-    OpenList(b);
-    ClickEntry(b, 1);
-}
-void ClickFirst(ButtonWithPopUpList& b)
-{
-    OpenList(b);
-    ClickEntry(b, 0);
-}
-void DownDownEnter(ButtonWithPopUpList& b)
-{
-    OpenList(b);
-    PressKey(b, Qt::Key_Down);
-    PressKey(b, Qt::Key_Down);
-    PressKey(b, Qt::Key_Return);
-}
-void DownEscape(ButtonWithPopUpList& b)
-{
-    OpenList(b);
-    PressKey(b, Qt::Key_Down);
-    PressKey(b, Qt::Key_Escape);
-}
-void SetThirdThenUpEnter(ButtonWithPopUpList& b)
-{
-    b.SetCurrentIndex(2);
-    OpenList(b);
-    EXPECT_EQ(b.PopUp()->currentRow(), 2);
-    PressKey(b, Qt::Key_Up);
-    PressKey(b, Qt::Key_Enter);
-}
-void ClickEmpty(ButtonWithPopUpList& b)
-{
-    QTest::mouseClick(&b, Qt::LeftButton);
-    EXPECT_FALSE(b.IsPopUpVisible());
-}
-void Clear(ButtonWithPopUpList& b)
-{
-    b.Clear();
-}
-void AddTwo(ButtonWithPopUpList& b)
-{
-    b.AddItem("Default");
-    b.AddItem("USB Headset");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    PersonDriven, ButtonWithPopUpListPickTest,
-    testing::Values(
-        PickRow{"ClickThirdEntry", kMicrophones, ClickThird, {2}, 2, "Webcam Microphone"},
-        PickRow{"TwoPicksInOrder", kMicrophones, ClickThirdThenSecond, {2, 1}, 1, "USB Headset"},
-        PickRow{"PickingTheCurrentEntryIsNoChange", kMicrophones, ClickFirst, {}, 0, "Default"},
-        PickRow{"KeysDownDownEnter", kMicrophones, DownDownEnter, {2}, 2, "Webcam Microphone"},
-        PickRow{"EscapeLeavesTheEntry", kMicrophones, DownEscape, {}, 0, "Default"},
-        PickRow{"ListOpensAtTheCurrentEntry",
-                kMicrophones,
-                SetThirdThenUpEnter,
-                {2, 1},
-                1,
-                "USB Headset"},
-        PickRow{"EmptyButtonOpensNoList", {}, ClickEmpty, {}, -1, ""},
-        PickRow{"ClearedReportsMinusOne", kMicrophones, Clear, {-1}, -1, ""},
-        PickRow{"FirstAddedEntryBecomesCurrent", {}, AddTwo, {0}, 0, "Default"}),
-    [](const testing::TestParamInfo<PickRow>& info) { return std::string(info.param.label); });
-
-TEST(ButtonWithPopUpListTest, ListOpensBelowTheButtonWithEveryEntry)
-{
-    QWidget window;
-    window.resize(300, 200);
-    ButtonWithPopUpList button(&window);
-    button.SetItems(kMicrophones);
-    button.move(20, 30);
-    button.resize(button.sizeHint());
-    window.show();
-
-    QTest::mouseClick(&button, Qt::LeftButton);
-
-    QListWidget* list = button.PopUp();
-    ASSERT_NE(list, nullptr);
-    EXPECT_TRUE(list->isVisible());
-    EXPECT_TRUE(list->isWindow());
-    ASSERT_EQ(list->count(), kMicrophones.size());
-    for (int row = 0; row < list->count(); ++row)
-    {
-        EXPECT_EQ(list->item(row)->text(), kMicrophones.at(row));
-    }
-    EXPECT_EQ(list->geometry().topLeft(), button.mapToGlobal(button.rect().bottomLeft()));
-    EXPECT_GE(list->width(), button.width());
-}
+KT_ROWS(ButtonWithPopUpListPickTest,
+        {{"ClickThirdEntry", kMicrophones, "o2", {2}, 2, "Webcam Microphone"},
+         {"TwoPicksInOrder", kMicrophones, "o2o1", {2, 1}, 1, "USB Headset"},
+         {"PickingTheCurrentEntryIsNoChange", kMicrophones, "o0", {}, 0, "Default"},
+         {"KeysDownDownEnter", kMicrophones, "odde", {2}, 2, "Webcam Microphone"},
+         {"EscapeLeavesTheEntry", kMicrophones, "odx", {}, 0, "Default"},
+         {"ListOpensAtTheCurrentEntry", kMicrophones, "Soue", {2, 1}, 1, "USB Headset"},
+         {"EmptyButtonOpensNoList", {}, "o", {}, -1, ""},
+         {"ClearedReportsMinusOne", kMicrophones, "C", {-1}, -1, ""},
+         {"FirstAddedEntryBecomesCurrent", {}, "A", {0}, 0, "Default"}});
 
 }  // namespace

@@ -1,17 +1,12 @@
 #include "Core/EventPublisher.h"
-#include "KT/ICaptureInfo.h"
 #include "KT/InstanceRegistry.h"
 #include "KT/Scheduler.h"
-#include "KT/Service/AbstractSharingManager.h"
-#include "KT/SettingsKinds.h"
 #include "Module/Editing/IVECommunicationObserver.h"
 
-#include <gmock/gmock.h>
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -34,14 +29,7 @@ public:
     }
     void OnInstanceUnregistered(const std::string& typeName, void* instance) override
     {
-        int index = -1;
-        for (std::size_t i = 0; i < m_pool->size(); ++i)
-        {
-            if (&(*m_pool)[i] == instance)
-            {
-                index = static_cast<int>(i);
-            }
-        }
+        const auto index = static_cast<int*>(instance) - m_pool->data();
         lines.push_back("-" + typeName + "@" + std::to_string(index));
     }
 
@@ -51,28 +39,15 @@ private:
     std::vector<int>* m_pool;
 };
 
-struct Step
-{
-    bool add;
-    int object;
-};
-
+// Steps: "+N" registers the pool's object N, "-N" unregisters it.
 struct RegistrationRow
 {
     const char* label;
-    std::vector<Step> steps;
+    std::string steps;
     std::vector<int> expectedLive;
     std::vector<std::string> expectedNotices;
 };
-
-void PrintTo(const RegistrationRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class RegistrationTest : public testing::TestWithParam<RegistrationRow>
-{
-};
+using RegistrationTest = KtTest::Table<RegistrationRow>;
 
 TEST_P(RegistrationTest, KeepsOrderAndTellsEachChangeOnce)
 {
@@ -81,15 +56,16 @@ TEST_P(RegistrationTest, KeepsOrderAndTellsEachChangeOnce)
     InstanceRegistry registry;
     NoticeLog log(&pool);
     registry.AddObserver(&log);
-    for (const Step& step : row.steps)
+    for (std::size_t i = 0; i + 1 < row.steps.size(); i += 2)
     {
-        if (step.add)
+        int* const object = &pool[row.steps[i + 1] - '0'];
+        if (row.steps[i] == '+')
         {
-            registry.Register(&pool[step.object]);
+            registry.Register(object);
         }
         else
         {
-            registry.Unregister(&pool[step.object]);
+            registry.Unregister(object);
         }
     }
     std::vector<int*> expected;
@@ -103,64 +79,12 @@ TEST_P(RegistrationTest, KeepsOrderAndTellsEachChangeOnce)
     registry.RemoveObserver(&log);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sequences, RegistrationTest,
-    testing::Values(
-        RegistrationRow{"RegistrationOrderKept", {{true, 2}, {true, 0}}, {2, 0}, {"+int", "+int"}},
-        RegistrationRow{"SecondRegistrationIgnored", {{true, 1}, {true, 1}}, {1}, {"+int"}},
-        RegistrationRow{"UnregisterTellsAddress",
-                        {{true, 0}, {true, 1}, {false, 0}},
-                        {1},
-                        {"+int", "+int", "-int@0"}},
-        RegistrationRow{"UnknownUnregisterSilent", {{true, 0}, {false, 2}}, {0}, {"+int"}},
-        RegistrationRow{"ReRegisterGoesLast",
-                        {{true, 0}, {true, 1}, {false, 0}, {true, 0}},
-                        {1, 0},
-                        {"+int", "+int", "-int@0", "+int"}}),
-    [](const testing::TestParamInfo<RegistrationRow>& info) { return info.param.label; });
-
-struct TypeNameRow
-{
-    const char* label;
-    std::string actual;
-    std::string expected;
-};
-
-void PrintTo(const TypeNameRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-// Compilers differ in the blank between closing template brackets.
-std::string WithoutBlanks(std::string text)
-{
-    text.erase(std::remove(text.begin(), text.end(), ' '), text.end());
-    return text;
-}
-
-class TypeNameTest : public testing::TestWithParam<TypeNameRow>
-{
-};
-
-TEST_P(TypeNameTest, IsTheQualifiedSourceName)
-{
-    EXPECT_EQ(GetParam().actual, GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Interfaces, TypeNameTest,
-    testing::Values(
-        TypeNameRow{"Interface", KT::TypeNameOf<KT::IScheduler>(), "Velkor::KT::IScheduler"},
-        TypeNameRow{"ConcreteSettings", KT::TypeNameOf<KT::HotkeySettings>(),
-                    "Velkor::KT::HotkeySettings"},
-        TypeNameRow{"NestedNamespace",
-                    KT::TypeNameOf<KT::Service::Sharing::AbstractSharingManager>(),
-                    "Velkor::KT::Service::Sharing::AbstractSharingManager"},
-        TypeNameRow{"Template",
-                    WithoutBlanks(KT::TypeNameOf<Module::Editing::VECommunicationEventPublisher>()),
-                    "Velkor::Core::EventHandlerRegistrator<Velkor::Core::EventPublisher<"
-                    "Velkor::Module::Editing::IVECommunicationObserver>>"}),
-    [](const testing::TestParamInfo<TypeNameRow>& info) { return info.param.label; });
+KT_ROWS(RegistrationTest,
+        {{"RegistrationOrderKept", "+2+0", {2, 0}, {"+int", "+int"}},
+         {"SecondRegistrationIgnored", "+1+1", {1}, {"+int"}},
+         {"UnregisterTellsAddress", "+0+1-0", {1}, {"+int", "+int", "-int@0"}},
+         {"UnknownUnregisterSilent", "+0-2", {0}, {"+int"}},
+         {"ReRegisterGoesLast", "+0+1-0+0", {1, 0}, {"+int", "+int", "-int@0", "+int"}}});
 
 TEST(InstanceRegistryTest, ExistsOnlyWhileAlive)
 {
