@@ -4,6 +4,7 @@
 #include "App/ApplicationSettingsManager.h"
 #include "App/CrashTracker.h"
 #include "App/LaunchTypeProcessor.h"
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,6 @@
 #include <QTemporaryDir>
 
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -30,14 +30,7 @@ struct LaunchRow
     std::vector<int> types;
 };
 
-void PrintTo(const LaunchRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class LaunchTypeProcessorTest : public testing::TestWithParam<LaunchRow>
-{
-};
+using LaunchTypeProcessorTest = KtTest::Table<LaunchRow>;
 
 TEST_P(LaunchTypeProcessorTest, ComparesWithTheVersionOfTheLastRun)
 {
@@ -64,13 +57,11 @@ constexpr int FIRST = ILaunchTypeProcessor::FirstStart;
 constexpr int EVERY = ILaunchTypeProcessor::EveryStart;
 constexpr int MINOR = ILaunchTypeProcessor::FirstStartAfterMinorUpdate;
 
-INSTANTIATE_TEST_SUITE_P(
-    Sessions, LaunchTypeProcessorTest,
-    testing::Values(LaunchRow{"FirstThenEvery", {"3.1.0", "3.1.0", "3.1.0"}, {FIRST, EVERY, EVERY}},
-                    LaunchRow{"MinorUpdate", {"3.1.0", "3.2.0", "3.2.0"}, {FIRST, MINOR, EVERY}},
-                    LaunchRow{"MajorUpdate", {"3.1.0", "4.0.0", "4.0.0"}, {FIRST, FIRST, EVERY}},
-                    LaunchRow{"MajorPrefixIsNotMajor", {"3.1", "31.0"}, {FIRST, FIRST}}),
-    [](const testing::TestParamInfo<LaunchRow>& info) { return std::string(info.param.label); });
+KT_ROWS(LaunchTypeProcessorTest,
+        {{"FirstThenEvery", {"3.1.0", "3.1.0", "3.1.0"}, {FIRST, EVERY, EVERY}},
+         {"MinorUpdate", {"3.1.0", "3.2.0", "3.2.0"}, {FIRST, MINOR, EVERY}},
+         {"MajorUpdate", {"3.1.0", "4.0.0", "4.0.0"}, {FIRST, FIRST, EVERY}},
+         {"MajorPrefixIsNotMajor", {"3.1", "31.0"}, {FIRST, FIRST}}});
 
 // Sessions in a shared marker directory: "+id" starts a session, "-id" ends it cleanly, "?id"
 // starts one and takes its failed sessions, which must be the listed ones.
@@ -81,14 +72,7 @@ struct CrashRow
     std::vector<std::vector<std::string>> taken;
 };
 
-void PrintTo(const CrashRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class CrashTrackerTest : public testing::TestWithParam<CrashRow>
-{
-};
+using CrashTrackerTest = KtTest::Table<CrashRow>;
 
 TEST_P(CrashTrackerTest, HandsOutEachFailedSessionOnceOldestFirst)
 {
@@ -116,13 +100,10 @@ TEST_P(CrashTrackerTest, HandsOutEachFailedSessionOnceOldestFirst)
     EXPECT_EQ(taken, GetParam().taken);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sessions, CrashTrackerTest,
-    testing::Values(
-        // Names sort the other way round than the sessions ran.
-        CrashRow{"TwoFailuresInRunOrder", {"+z.9", "+m", "+a-1", "?next"}, {{"z.9", "m", "a-1"}}},
-        CrashRow{"ReportedOnceAcrossSessions", {"+x", "?y", "?w", "-w"}, {{"x"}, {"y"}}},
-        CrashRow{"MixedWithCleanExits", {"+a", "-a", "+b", "+c", "-c", "?d"}, {{"b"}}}),
-    [](const testing::TestParamInfo<CrashRow>& info) { return std::string(info.param.label); });
+KT_ROWS(CrashTrackerTest,
+        {// Names sort the other way round than the sessions ran.
+         {"TwoFailuresInRunOrder", {"+z.9", "+m", "+a-1", "?next"}, {{"z.9", "m", "a-1"}}},
+         {"ReportedOnceAcrossSessions", {"+x", "?y", "?w", "-w"}, {{"x"}, {"y"}}},
+         {"MixedWithCleanExits", {"+a", "-a", "+b", "+c", "-c", "?d"}, {{"b"}}}});
 
 }  // namespace

@@ -5,11 +5,12 @@
 #include "KT/InstanceRegistry.h"
 #include "Tracking/InstancesHandler.h"
 
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <memory>
-#include <ostream>
 
 using namespace Velkor;
 using InstancesTest::Event;
@@ -52,6 +53,11 @@ protected:
         tracker, [](Event::Params& params) { params["NVENC_ENABLED"] = "NO"; }};
 };
 
+template <class Row>
+class CaptureTable : public CaptureFixture, public testing::WithParamInterface<Row>
+{
+};
+
 struct DurationRow
 {
     const char* label;
@@ -59,14 +65,7 @@ struct DurationRow
     std::string expected;
 };
 
-void PrintTo(const DurationRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class DurationTest : public CaptureFixture, public testing::WithParamInterface<DurationRow>
-{
-};
+using DurationTest = CaptureTable<DurationRow>;
 
 // Before any start the recording type is empty.
 TEST_P(DurationTest, WholeSecondsTowardZero)
@@ -78,15 +77,11 @@ TEST_P(DurationTest, WholeSecondsTowardZero)
     EXPECT_EQ(tracker->Events(), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, DurationTest,
-                         testing::Values(DurationRow{"JustUnderThree", 2999999, "2"},
-                                         DurationRow{"NegativeOneAndHalf", -1500000, "-1"},
-                                         DurationRow{"NegativeUnderOne", -999999, "0"},
-                                         DurationRow{"ExactlyOne", 1000000, "1"},
-                                         DurationRow{"Zero", 0, "0"},
-                                         DurationRow{"TenHours", 36000000000, "36000"}),
-                         [](const testing::TestParamInfo<DurationRow>& info)
-                         { return info.param.label; });
+KT_ROWS(DurationTest, {{"JustUnderThree", 2999999, "2"},
+                       {"NegativeOneAndHalf", -1500000, "-1"},
+                       {"NegativeUnderOne", -999999, "0"},
+                       {"ExactlyOne", 1000000, "1"},
+                       {"TenHours", 36000000000, "36000"}});
 
 struct NotificationRow
 {
@@ -95,14 +90,7 @@ struct NotificationRow
     std::vector<std::string> expected;
 };
 
-void PrintTo(const NotificationRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class NotificationTest : public CaptureFixture, public testing::WithParamInterface<NotificationRow>
-{
-};
+using NotificationTest = CaptureTable<NotificationRow>;
 
 TEST_P(NotificationTest, FeedsItsCallback)
 {
@@ -110,21 +98,15 @@ TEST_P(NotificationTest, FeedsItsCallback)
     EXPECT_EQ(tracker->Names(), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Capture, NotificationTest,
-    testing::Values(
-        NotificationRow{"UserPause", [](KT::CaptureInfo& c) { c.Pause(0); }, {"CAPTURE_PAUSE"}},
-        NotificationRow{"InternalPause", [](KT::CaptureInfo& c) { c.Pause(1); }, {}},
-        NotificationRow{"NegativePauseFlag", [](KT::CaptureInfo& c) { c.Pause(-1); }, {}},
-        NotificationRow{"Resume", [](KT::CaptureInfo& c) { c.Resume(); }, {"CAPTURE_RESUME"}},
-        NotificationRow{
-            "StopFinished", [](KT::CaptureInfo& c) { c.Stop(0, {}, {}); }, {"CAPTURE_STOP"}},
-        NotificationRow{
-            "StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); }, {"CAPTURE_CANCEL"}},
-        NotificationRow{
-            "StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); }, {"CAPTURE_STOP"}},
-        NotificationRow{"Error", [](KT::CaptureInfo& c) { c.Fail(); }, {"CAPTURE_STOP"}}),
-    [](const testing::TestParamInfo<NotificationRow>& info) { return info.param.label; });
+KT_ROWS(NotificationTest,
+        {{"UserPause", [](KT::CaptureInfo& c) { c.Pause(0); }, {"CAPTURE_PAUSE"}},
+         {"InternalPause", [](KT::CaptureInfo& c) { c.Pause(1); }, {}},
+         {"NegativePauseFlag", [](KT::CaptureInfo& c) { c.Pause(-1); }, {}},
+         {"Resume", [](KT::CaptureInfo& c) { c.Resume(); }, {"CAPTURE_RESUME"}},
+         {"StopFinished", [](KT::CaptureInfo& c) { c.Stop(0, {}, {}); }, {"CAPTURE_STOP"}},
+         {"StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); }, {"CAPTURE_CANCEL"}},
+         {"StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); }, {"CAPTURE_STOP"}},
+         {"Error", [](KT::CaptureInfo& c) { c.Fail(); }, {"CAPTURE_STOP"}}});
 
 struct RecordingTypeRow
 {
@@ -134,15 +116,7 @@ struct RecordingTypeRow
     std::string expected;
 };
 
-void PrintTo(const RecordingTypeRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class RecordingTypeTest : public CaptureFixture,
-                          public testing::WithParamInterface<RecordingTypeRow>
-{
-};
+using RecordingTypeTest = CaptureTable<RecordingTypeRow>;
 
 // The type of the start is kept for the later events of the capture.
 TEST_P(RecordingTypeTest, ComputedAtStartAndKept)
@@ -156,17 +130,13 @@ TEST_P(RecordingTypeTest, ComputedAtStartAndKept)
     EXPECT_EQ(events[1].params.at("CAPTURE_RECORDING_TYPE"), row.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Starts, RecordingTypeTest,
-    testing::Values(RecordingTypeRow{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAPTURING"},
-                    RecordingTypeRow{"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
-                    RecordingTypeRow{"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
-                    RecordingTypeRow{
-                        "CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
-                    RecordingTypeRow{"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
-                    RecordingTypeRow{"NothingCaptured", QRect(), {}, "UNKNOWN"},
-                    RecordingTypeRow{"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}),
-    [](const testing::TestParamInfo<RecordingTypeRow>& info) { return info.param.label; });
+KT_ROWS(RecordingTypeTest, {{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAPTURING"},
+                            {"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
+                            {"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
+                            {"CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
+                            {"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
+                            {"NothingCaptured", QRect(), {}, "UNKNOWN"},
+                            {"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}});
 
 KT::CaptureSettings SampleSettings()
 {
@@ -249,14 +219,7 @@ struct SourcesRow
     std::string audio;
 };
 
-void PrintTo(const SourcesRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class StopSourcesTest : public CaptureFixture, public testing::WithParamInterface<SourcesRow>
-{
-};
+using StopSourcesTest = CaptureTable<SourcesRow>;
 
 // On a stop only audio sources with a level count; video sources never do.
 TEST_P(StopSourcesTest, DescribesAudioOnly)
@@ -275,16 +238,11 @@ TEST_P(StopSourcesTest, DescribesAudioOnly)
     EXPECT_EQ(tracker->Events(), std::vector<Event>{expected});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sources, StopSourcesTest,
-    testing::Values(SourcesRow{"TwoAudio",
-                               {kScreen, kMicrophone, kSystem},
-                               "MICROPHONE_SYSTEM_",
-                               "MICROPHONE_SYSTEM"},
-                    SourcesRow{"VideoOnly", {kScreen, kCamera}, "NONE", ""},
-                    SourcesRow{"NoSources", {}, "NONE", ""},
-                    SourcesRow{"UnknownAudioType", {{0x2080, "odd", false}}, "NONE", ""}),
-    [](const testing::TestParamInfo<SourcesRow>& info) { return info.param.label; });
+KT_ROWS(StopSourcesTest,
+        {{"TwoAudio", {kScreen, kMicrophone, kSystem}, "MICROPHONE_SYSTEM_", "MICROPHONE_SYSTEM"},
+         {"VideoOnly", {kScreen, kCamera}, "NONE", ""},
+         {"NoSources", {}, "NONE", ""},
+         {"UnknownAudioType", {{0x2080, "odd", false}}, "NONE", ""}});
 
 TEST_F(CaptureFixture, ConversionStartCarriesContextPresetAndAcceleration)
 {
@@ -337,18 +295,12 @@ TEST_F(CaptureFixture, ConversionPresetWithoutCodecsGivesEmptyTexts)
 
 struct ResultRow
 {
+    const char* label;
     int result;
     std::string expected;
 };
 
-void PrintTo(const ResultRow& row, std::ostream* out)
-{
-    *out << row.result;
-}
-
-class ConversionResultTest : public CaptureFixture, public testing::WithParamInterface<ResultRow>
-{
-};
+using ConversionResultTest = CaptureTable<ResultRow>;
 
 TEST_P(ConversionResultTest, StopCarriesResultText)
 {
@@ -357,11 +309,12 @@ TEST_P(ConversionResultTest, StopCarriesResultText)
               (std::vector<Event>{{"SAVING_CAPTURE_FINISH", {{"RESULT", GetParam().expected}}}}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Results, ConversionResultTest,
-                         testing::Values(ResultRow{0, "SUCCESS"}, ResultRow{1, "CANCELED"},
-                                         ResultRow{2, "INVALID_DIR"},
-                                         ResultRow{3, "PROCESSING_ERROR"}, ResultRow{4, "UNKNOWN"},
-                                         ResultRow{-1, "UNKNOWN"}));
+KT_ROWS(ConversionResultTest, {{"Success", 0, "SUCCESS"},
+                               {"Canceled", 1, "CANCELED"},
+                               {"InvalidDir", 2, "INVALID_DIR"},
+                               {"Error", 3, "PROCESSING_ERROR"},
+                               {"AboveKnown", 4, "UNKNOWN"},
+                               {"Negative", -1, "UNKNOWN"}});
 
 TEST(ConverterObserverTest, OutputPathUnderItsConfiguredKey)
 {

@@ -3,6 +3,7 @@
 // service; and the printout's masking of machine facts.
 
 #include "MachineValues.h"
+#include "Support/Table.h"
 
 #include "Support/RecordingTracker.h"
 #include "Tracking/Tracking.h"
@@ -20,7 +21,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -118,14 +118,7 @@ struct SessionRow
     bool onXServer;
 };
 
-void PrintTo(const SessionRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class DemoSessionTest : public testing::TestWithParam<SessionRow>
-{
-};
+using DemoSessionTest = KtTest::Table<SessionRow>;
 
 TEST_P(DemoSessionTest, PrintsViewsAndDeliversTheRecordedEvents)
 {
@@ -207,13 +200,9 @@ TEST_P(DemoSessionTest, PrintsViewsAndDeliversTheRecordedEvents)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sessions, DemoSessionTest,
-    testing::Values(SessionRow{"Headless", "first", "DemoSession.expected", false},
-                    SessionRow{"HeadlessSecondVariant", "second", "DemoSessionSecond.expected",
-                               false},
-                    SessionRow{"ShownOnXServer", "first", "DemoSession.expected", true}),
-    [](const testing::TestParamInfo<SessionRow>& info) { return std::string(info.param.label); });
+KT_ROWS(DemoSessionTest, {{"Headless", "first", "DemoSession.expected", false},
+                          {"HeadlessSecondVariant", "second", "DemoSessionSecond.expected", false},
+                          {"ShownOnXServer", "first", "DemoSession.expected", true}});
 
 // Events of a JSON Lines file as the recording stage writes them.
 std::vector<Velkor::KT::Tracking::Event> ReadJsonLines(const QString& path)
@@ -288,37 +277,26 @@ struct MaskRow
     std::string expected;
 };
 
-void PrintTo(const MaskRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class MachineValuesTest : public testing::TestWithParam<MaskRow>
-{
-};
+using MachineValuesTest = KtTest::Table<MaskRow>;
 
 TEST_P(MachineValuesTest, MasksOnlyMachineFacts)
 {
     EXPECT_EQ(Velkor::Demo::MaskMachineValues(GetParam().text), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, MachineValuesTest,
-    testing::Values(
-        MaskRow{"NameAlone", "APP_EXIT\n", "APP_EXIT\n"},
-        MaskRow{"SessionValuesKept", "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n",
-                "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n"},
-        MaskRow{"SystemAndHardware", "S\n\tCPU_CORES=8\n\tOS_NAME=Debian\n\tAPP_BITS=64\n",
-                "S\n\tCPU_CORES=<machine>\n\tOS_NAME=<machine>\n\tAPP_BITS=<machine>\n"},
-        MaskRow{"ValueWithEqualsSign", "S\n\tCPU_NAME=a=b\n", "S\n\tCPU_NAME=<machine>\n"},
-        MaskRow{"AnyMonitorNumber", "S\n\tMONITOR12_RECT=0,0,1,1\n\tMONITORS_COUNT=12\n",
-                "S\n\tMONITOR12_RECT=<machine>\n\tMONITORS_COUNT=<machine>\n"},
-        MaskRow{"LookalikeKeysKept", "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n",
-                "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n"},
-        MaskRow{"MonitorKeyWithMoreAfterIt", "S\n\tMONITOR2_RECT_OLD=x\n",
-                "S\n\tMONITOR2_RECT_OLD=x\n"},
-        MaskRow{"EventNamedLikeAKey", "OS_NAME=x\n", "OS_NAME=x\n"},
-        MaskRow{"EmptyValueMasked", "S\n\tNVENC_ENABLED=\n", "S\n\tNVENC_ENABLED=<machine>\n"}),
-    [](const testing::TestParamInfo<MaskRow>& info) { return std::string(info.param.label); });
+KT_ROWS(MachineValuesTest,
+        {{"NameAlone", "APP_EXIT\n", "APP_EXIT\n"},
+         {"SessionValuesKept", "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n",
+          "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n"},
+         {"SystemAndHardware", "S\n\tCPU_CORES=8\n\tOS_NAME=Debian\n\tAPP_BITS=64\n",
+          "S\n\tCPU_CORES=<machine>\n\tOS_NAME=<machine>\n\tAPP_BITS=<machine>\n"},
+         {"ValueWithEqualsSign", "S\n\tCPU_NAME=a=b\n", "S\n\tCPU_NAME=<machine>\n"},
+         {"AnyMonitorNumber", "S\n\tMONITOR12_RECT=0,0,1,1\n\tMONITORS_COUNT=12\n",
+          "S\n\tMONITOR12_RECT=<machine>\n\tMONITORS_COUNT=<machine>\n"},
+         {"LookalikeKeysKept", "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n",
+          "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n"},
+         {"MonitorKeyWithMoreAfterIt", "S\n\tMONITOR2_RECT_OLD=x\n", "S\n\tMONITOR2_RECT_OLD=x\n"},
+         {"EventNamedLikeAKey", "OS_NAME=x\n", "OS_NAME=x\n"},
+         {"EmptyValueMasked", "S\n\tNVENC_ENABLED=\n", "S\n\tNVENC_ENABLED=<machine>\n"}});
 
 }  // namespace

@@ -2,6 +2,7 @@
 // the hot key settings.
 
 #include "GlobalHotkeyManager.h"
+#include "Support/Table.h"
 
 #include "KT/SettingsKinds.h"
 
@@ -12,7 +13,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,14 +39,7 @@ struct HotkeyRow
     std::vector<QString> reported;
 };
 
-void PrintTo(const HotkeyRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class DemoHotkeysTest : public testing::TestWithParam<HotkeyRow>
-{
-};
+using DemoHotkeysTest = KtTest::Table<HotkeyRow>;
 
 TEST_P(DemoHotkeysTest, TakesAndReportsConfiguredKeysOnly)
 {
@@ -80,43 +73,32 @@ TEST_P(DemoHotkeysTest, TakesAndReportsConfiguredKeysOnly)
     EXPECT_EQ(presses, row.reported.empty() ? 1 : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Keys, DemoHotkeysTest,
-    testing::Values(
-        HotkeyRow{"SetBeforeCreation",
-                  {},
-                  Qt::Key_F9,
-                  Qt::ControlModifier,
-                  {"captureStartStop", "StartStop()"}},
-        HotkeyRow{
-            "OtherField", {}, Qt::Key_F7, Qt::ControlModifier, {"takeScreenshot", "Screenshot()"}},
-        HotkeyRow{"ModifierMatters", {}, Qt::Key_F9, Qt::NoModifier, {}},
-        HotkeyRow{"ChangedKeyWorks",
-                  {{"startStop", "Ctrl+F10"}},
-                  Qt::Key_F10,
-                  Qt::ControlModifier,
-                  {"captureStartStop", "StartStop()"}},
-        HotkeyRow{"ChangedKeyOldOneFree",
-                  {{"startStop", "Ctrl+F10"}},
-                  Qt::Key_F9,
-                  Qt::ControlModifier,
-                  {}},
-        HotkeyRow{"SetAfterCreation",
-                  {{"pauseResume", "Shift+F8"}},
-                  Qt::Key_F8,
-                  Qt::ShiftModifier,
-                  {"capturePauseResume", "PauseResume()"}},
-        HotkeyRow{"ClearedKeyFree", {{"takeScreenshot", ""}}, Qt::Key_F7, Qt::ControlModifier, {}},
-        HotkeyRow{"OverlaysHaveNoCommandSignal",
-                  {{"showHideOverlays", "Ctrl+F6"}},
-                  Qt::Key_F6,
-                  Qt::ControlModifier,
-                  {"showHideOverlays"}},
-        HotkeyRow{"PresetFieldIsNoHotkey",
-                  {{"fastPreset", "Ctrl+F5"}},
-                  Qt::Key_F5,
-                  Qt::ControlModifier,
-                  {}}),
-    [](const testing::TestParamInfo<HotkeyRow>& info) { return std::string(info.param.label); });
+KT_ROWS(
+    DemoHotkeysTest,
+    {{"SetBeforeCreation",
+      {},
+      Qt::Key_F9,
+      Qt::ControlModifier,
+      {"captureStartStop", "StartStop()"}},
+     {"OtherField", {}, Qt::Key_F7, Qt::ControlModifier, {"takeScreenshot", "Screenshot()"}},
+     {"ModifierMatters", {}, Qt::Key_F9, Qt::NoModifier, {}},
+     {"ChangedKeyWorks",
+      {{"startStop", "Ctrl+F10"}},
+      Qt::Key_F10,
+      Qt::ControlModifier,
+      {"captureStartStop", "StartStop()"}},
+     {"ChangedKeyOldOneFree", {{"startStop", "Ctrl+F10"}}, Qt::Key_F9, Qt::ControlModifier, {}},
+     {"SetAfterCreation",
+      {{"pauseResume", "Shift+F8"}},
+      Qt::Key_F8,
+      Qt::ShiftModifier,
+      {"capturePauseResume", "PauseResume()"}},
+     {"ClearedKeyFree", {{"takeScreenshot", ""}}, Qt::Key_F7, Qt::ControlModifier, {}},
+     {"OverlaysHaveNoCommandSignal",
+      {{"showHideOverlays", "Ctrl+F6"}},
+      Qt::Key_F6,
+      Qt::ControlModifier,
+      {"showHideOverlays"}},
+     {"PresetFieldIsNoHotkey", {{"fastPreset", "Ctrl+F5"}}, Qt::Key_F5, Qt::ControlModifier, {}}});
 
 }  // namespace

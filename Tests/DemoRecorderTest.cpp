@@ -3,12 +3,12 @@
 
 #include "HostServices.h"
 #include "Recorder.h"
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -63,14 +63,7 @@ struct RecorderRow
     int finishedRecordings;
 };
 
-void PrintTo(const RecorderRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class DemoRecorderTest : public testing::TestWithParam<RecorderRow>
-{
-};
+using DemoRecorderTest = KtTest::Table<RecorderRow>;
 
 TEST_P(DemoRecorderTest, ReportsWhatARecorderReports)
 {
@@ -101,36 +94,32 @@ constexpr auto Cancel = &Recorder::CancelRecording;
 constexpr auto Toggle = &Recorder::TogglePause;
 constexpr auto StartStop = &Recorder::ToggleStartStop;
 
-INSTANTIATE_TEST_SUITE_P(
-    Sessions, DemoRecorderTest,
-    testing::Values(RecorderRow{"StartStop",
-                                {{Start, 95}, {Stop, 0}},
-                                {"start sources=2 at=0", "stop reason=0 size=5937500 at=95"},
-                                1},
-                    RecorderRow{"PausedTimeNotCounted",
-                                {{Start, 40}, {Toggle, 300}, {Toggle, 20}, {Stop, 0}},
-                                {"start sources=2 at=0", "pause flag=0 at=40", "resume at=40",
-                                 "stop reason=0 size=3750000 at=60"},
-                                1},
-                    RecorderRow{"StoppedWhilePaused",
-                                {{Start, 10}, {Toggle, 500}, {Stop, 0}},
-                                {"start sources=2 at=0", "pause flag=0 at=10",
-                                 "stop reason=0 size=625000 at=10"},
-                                1},
-                    RecorderRow{"CancelIsNotAFinishedRecording",
-                                {{Start, 15}, {Cancel, 0}},
-                                {"start sources=2 at=0", "stop reason=1 size=937500 at=15"},
-                                0},
-                    RecorderRow{
-                        "CommandsOutOfPlaceDoNothing",
-                        {{Stop, 5}, {Toggle, 5}, {Start, 5}, {Start, 5}, {Stop, 0}, {Stop, 0}},
-                        {"start sources=2 at=0", "stop reason=0 size=625000 at=10"},
-                        1},
-                    RecorderRow{"SecondRecordingStartsFromZero",
-                                {{StartStop, 30}, {StartStop, 100}, {StartStop, 7}, {StartStop, 0}},
-                                {"start sources=2 at=0", "stop reason=0 size=1875000 at=30",
-                                 "start sources=2 at=0", "stop reason=0 size=437500 at=7"},
-                                2}),
-    [](const testing::TestParamInfo<RecorderRow>& info) { return std::string(info.param.label); });
+KT_ROWS(DemoRecorderTest,
+        {{"StartStop",
+          {{Start, 95}, {Stop, 0}},
+          {"start sources=2 at=0", "stop reason=0 size=5937500 at=95"},
+          1},
+         {"PausedTimeNotCounted",
+          {{Start, 40}, {Toggle, 300}, {Toggle, 20}, {Stop, 0}},
+          {"start sources=2 at=0", "pause flag=0 at=40", "resume at=40",
+           "stop reason=0 size=3750000 at=60"},
+          1},
+         {"StoppedWhilePaused",
+          {{Start, 10}, {Toggle, 500}, {Stop, 0}},
+          {"start sources=2 at=0", "pause flag=0 at=10", "stop reason=0 size=625000 at=10"},
+          1},
+         {"CancelIsNotAFinishedRecording",
+          {{Start, 15}, {Cancel, 0}},
+          {"start sources=2 at=0", "stop reason=1 size=937500 at=15"},
+          0},
+         {"CommandsOutOfPlaceDoNothing",
+          {{Stop, 5}, {Toggle, 5}, {Start, 5}, {Start, 5}, {Stop, 0}, {Stop, 0}},
+          {"start sources=2 at=0", "stop reason=0 size=625000 at=10"},
+          1},
+         {"SecondRecordingStartsFromZero",
+          {{StartStop, 30}, {StartStop, 100}, {StartStop, 7}, {StartStop, 0}},
+          {"start sources=2 at=0", "stop reason=0 size=1875000 at=30", "start sources=2 at=0",
+           "stop reason=0 size=437500 at=7"},
+          2}});
 
 }  // namespace

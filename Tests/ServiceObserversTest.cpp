@@ -10,11 +10,12 @@
 #include "KT/Service/TutorialManager.h"
 #include "Tracking/InstancesHandler.h"
 
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
-#include <ostream>
 
 using namespace Velkor;
 using InstancesTest::Event;
@@ -32,11 +33,6 @@ struct ServiceRow
     std::vector<Event> expected;
 };
 
-void PrintTo(const ServiceRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
 template <class Interface, class Service>
 ServiceRow Row(const char* label, std::function<void(Service&)> notify, std::vector<Event> expected)
 {
@@ -52,7 +48,7 @@ ServiceRow Row(const char* label, std::function<void(Service&)> notify, std::vec
                       std::move(expected)};
 }
 
-class ServiceObserversTest : public testing::TestWithParam<ServiceRow>
+class ServiceObserversTest : public KtTest::Table<ServiceRow>
 {
 protected:
     InstanceRegistry registry;
@@ -76,78 +72,76 @@ using Painting = KT::Service::ScreenPainting::PaintingController;
 using Tutorial = KT::Service::Tutorial::TutorialManager;
 using Selector = KT::Service::AreaSelector::Selector;
 
-INSTANTIATE_TEST_SUITE_P(
-    Shipped, ServiceObserversTest,
-    testing::Values(Row<KT::IDurationLimiter, Limiter>(
-                        "LimiterInOrder",
-                        [](Limiter& s)
-                        {
-                            s.WarnUserLimit();
-                            s.WarnScheduleEnd();
-                            s.StopByUserLimit();
-                            s.StopBySchedule();
-                        },
-                        {{"CAPTURE_LIMIT_WARNING", {{"LIMIT", "TIMER"}}},
-                         {"CAPTURE_LIMIT_WARNING", {{"LIMIT", "SCHEDULER"}}},
-                         {"TIMER_AUTO_CAPTURE_STOP_EVENT", {{"METHOD", "TIMER"}}},
-                         {"SCHEDULER_CAPTURE_STOP_EVENT", {{"METHOD", "SCHEDULER"}}}}),
-                    Row<KT::ICaptureMonitor, Monitor>("Monitor",
-                                                      [](Monitor& s)
-                                                      {
-                                                          s.ReportDeviceDisconnected();
-                                                          s.ReportDriveFull();
-                                                      },
-                                                      {{"CAPTURE_DEVICE_DISCONNECTED", {}},
-                                                       {"LIMIT_SPACE_CAPTURE_STOP",
-                                                        {{"METHOD", "LIMIT_SPACE"}}}}),
-                    Row<KT::AbstractScreenshotTakerWrapper, Screenshots>(
-                        "Screenshots",
-                        [](Screenshots& s)
-                        {
-                            s.Succeed(1);
-                            s.Fail(0);
-                            s.Cancel(5);
-                        },
-                        {{"SCREENSHOT_SAVE", {{"DESTINATION", "CLIPBOARD"}}},
-                         {"SCREENSHOT_ERROR", {{"DESTINATION", "DISK"}}},
-                         {"SCREENSHOT_CANCEL", {{"DESTINATION", "UNKNOWN"}}}}),
-                    // A callback without a value key reports its params only.
-                    Row<KT::IFileManager, Files>(
-                        "Files",
-                        [](Files& s)
-                        {
-                            s.Explore(App::ioPath("/v/a.mp4"));
-                            s.MoveToTrash(App::ioPath("/v/b.png"));
-                            s.Remove(App::ioPath("/v/c.mp4"));
-                            s.CreateDirectories(App::ioPath("/v/new"));
-                        },
-                        {{"SHOW_IN_FOLDER", {}},
-                         {"DELETE_FILE", {{"DELETE_MODE", "TRASH"}, {"TYPE", "/v/b.png"}}},
-                         {"DELETE_FILE", {{"DELETE_MODE", "REMOVE"}, {"TYPE", "/v/c.mp4"}}},
-                         {"CREATE_DIRECTORIES", {}}}),
-                    Row<KT::Service::ScreenPainting::IPaintingController, Painting>(
-                        "Painting",
-                        [](Painting& s)
-                        {
-                            s.AddShape("ARROW");
-                            s.RemoveShape("PEN");
-                        },
-                        {{"DRAWING_SHAPE_ADDED", {{"SHAPE", "ARROW"}}},
-                         {"DRAWING_SHAPE_REMOVED", {{"SHAPE", "PEN"}}}}),
-                    Row<KT::Service::Tutorial::ITutorialManager, Tutorial>(
-                        "Tutorial",
-                        [](Tutorial& s)
-                        {
-                            s.ShowSlide("welcome");
-                            s.ClickSlide(3);
-                            s.ClickSlide(5);
-                        },
-                        {{"TUTORIAL_SLIDE_SHOW", {{"SLIDE", "welcome"}}},
-                         {"TUTORIAL_SLIDE_CLICK", {{"SLIDE_ACTION", "REPEAT"}}},
-                         {"TUTORIAL_SLIDE_CLICK", {{"SLIDE_ACTION", "UNKNOWN"}}}}),
-                    Row<KT::Service::AreaSelector::ISelector, Selector>(
-                        "Selector", [](Selector& s) { s.Select(QRect(100, 50, 1280, 720)); },
-                        {{"AREA_SELECTED", {{"CAPTURE_AREA_RECT", "100,50:1280x720"}}}})),
-    [](const testing::TestParamInfo<ServiceRow>& info) { return info.param.label; });
+KT_ROWS(
+    ServiceObserversTest,
+    {Row<KT::IDurationLimiter, Limiter>("LimiterInOrder",
+                                        [](Limiter& s)
+                                        {
+                                            s.WarnUserLimit();
+                                            s.WarnScheduleEnd();
+                                            s.StopByUserLimit();
+                                            s.StopBySchedule();
+                                        },
+                                        {{"CAPTURE_LIMIT_WARNING", {{"LIMIT", "TIMER"}}},
+                                         {"CAPTURE_LIMIT_WARNING", {{"LIMIT", "SCHEDULER"}}},
+                                         {"TIMER_AUTO_CAPTURE_STOP_EVENT", {{"METHOD", "TIMER"}}},
+                                         {"SCHEDULER_CAPTURE_STOP_EVENT",
+                                          {{"METHOD", "SCHEDULER"}}}}),
+     Row<KT::ICaptureMonitor, Monitor>("Monitor",
+                                       [](Monitor& s)
+                                       {
+                                           s.ReportDeviceDisconnected();
+                                           s.ReportDriveFull();
+                                       },
+                                       {{"CAPTURE_DEVICE_DISCONNECTED", {}},
+                                        {"LIMIT_SPACE_CAPTURE_STOP", {{"METHOD", "LIMIT_SPACE"}}}}),
+     Row<KT::AbstractScreenshotTakerWrapper, Screenshots>(
+         "Screenshots",
+         [](Screenshots& s)
+         {
+             s.Succeed(1);
+             s.Fail(0);
+             s.Cancel(5);
+         },
+         {{"SCREENSHOT_SAVE", {{"DESTINATION", "CLIPBOARD"}}},
+          {"SCREENSHOT_ERROR", {{"DESTINATION", "DISK"}}},
+          {"SCREENSHOT_CANCEL", {{"DESTINATION", "UNKNOWN"}}}}),
+     // A callback without a value key reports its params only.
+     Row<KT::IFileManager, Files>(
+         "Files",
+         [](Files& s)
+         {
+             s.Explore(App::ioPath("/v/a.mp4"));
+             s.MoveToTrash(App::ioPath("/v/b.png"));
+             s.Remove(App::ioPath("/v/c.mp4"));
+             s.CreateDirectories(App::ioPath("/v/new"));
+         },
+         {{"SHOW_IN_FOLDER", {}},
+          {"DELETE_FILE", {{"DELETE_MODE", "TRASH"}, {"TYPE", "/v/b.png"}}},
+          {"DELETE_FILE", {{"DELETE_MODE", "REMOVE"}, {"TYPE", "/v/c.mp4"}}},
+          {"CREATE_DIRECTORIES", {}}}),
+     Row<KT::Service::ScreenPainting::IPaintingController, Painting>(
+         "Painting",
+         [](Painting& s)
+         {
+             s.AddShape("ARROW");
+             s.RemoveShape("PEN");
+         },
+         {{"DRAWING_SHAPE_ADDED", {{"SHAPE", "ARROW"}}},
+          {"DRAWING_SHAPE_REMOVED", {{"SHAPE", "PEN"}}}}),
+     Row<KT::Service::Tutorial::ITutorialManager, Tutorial>(
+         "Tutorial",
+         [](Tutorial& s)
+         {
+             s.ShowSlide("welcome");
+             s.ClickSlide(3);
+             s.ClickSlide(5);
+         },
+         {{"TUTORIAL_SLIDE_SHOW", {{"SLIDE", "welcome"}}},
+          {"TUTORIAL_SLIDE_CLICK", {{"SLIDE_ACTION", "REPEAT"}}},
+          {"TUTORIAL_SLIDE_CLICK", {{"SLIDE_ACTION", "UNKNOWN"}}}}),
+     Row<KT::Service::AreaSelector::ISelector, Selector>(
+         "Selector", [](Selector& s) { s.Select(QRect(100, 50, 1280, 720)); },
+         {{"AREA_SELECTED", {{"CAPTURE_AREA_RECT", "100,50:1280x720"}}}})});
 
 }  // namespace

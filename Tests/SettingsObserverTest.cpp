@@ -5,6 +5,8 @@
 #include "KT/SettingsKinds.h"
 #include "Tracking/InstancesHandler.h"
 
+#include "Support/Table.h"
+
 #include <QColor>
 #include <QSize>
 
@@ -12,7 +14,6 @@
 
 #include <functional>
 #include <memory>
-#include <ostream>
 
 using namespace Velkor;
 using InstancesTest::Event;
@@ -33,11 +34,6 @@ struct SettingsRow
     Event::Params expected;
 };
 
-void PrintTo(const SettingsRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
 template <class Settings>
 SettingsRow Row(const char* label, const char* field, QVariantList value, Event::Params expected)
 {
@@ -53,7 +49,7 @@ SettingsRow Row(const char* label, const char* field, QVariantList value, Event:
         field, std::move(value), std::move(expected)};
 }
 
-class SettingsObserverTest : public testing::TestWithParam<SettingsRow>
+class SettingsObserverTest : public KtTest::Table<SettingsRow>
 {
 protected:
     InstanceRegistry registry;
@@ -78,77 +74,43 @@ TEST_P(SettingsObserverTest, ChangeBecomesPrefChangeWithConvertedValue)
     EXPECT_EQ(tracker->Events(), (std::vector<Event>{expected, expected}));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ShippedSections, SettingsObserverTest,
-    testing::Values(
-        Row<KT::PathsSettings>("ScreenshotFormat", "screenshotFileExt", {QString("png")},
-                               {{"SCREENSHOT_FORMAT", "png"}}),
-        Row<KT::CaptureGeneralSettings>("SeparateStreamsTriState", "separateStreamsEnabled", {1},
-                                        {{"SEPARATE_STREAMS_ENABLED", "YES"}}),
-        Row<KT::CaptureGeneralSettings>("IndicatorTriStateOutOfRange", "isIndicatorVisible", {2},
-                                        {{"INDICATOR_VISIBLE", "UNKNOWN"}}),
-        Row<KT::CaptureKeyboardSettings>("Keystrokes", "recordKeystrokes", {2},
-                                         {{"RECORD_KEYSTROKES", "HOT"}}),
-        Row<KT::WatermarkSettings>("WatermarkOff", "isWatermarkVisible", {false},
-                                   {{"WATERMARK_VISIBLE", "NO"}}),
-        Row<KT::WatermarkSettings>("WatermarkTwoElements", "isWatermarkVisible", {false, false},
-                                   {{"WATERMARK_VISIBLE", "YES"}}),
-        Row<KT::CaptureAudioSettings>("AudioQuality", "audioQuality", {9},
-                                      {{"AUDIO_QUALITY", "96 kHz, stereo, 16-bit"}}),
-        Row<KT::CaptureWebCameraSettings>("CameraDevice", "captureDeviceUid",
-                                          {QString("usb-cam-1")},
-                                          {{"SELECT_WEBCAMERA", "usb-cam-1"}}),
-        Row<KT::CaptureWebCameraSettings>("CameraResolution", "captureResolution",
-                                          {QSize(1280, 720)},
-                                          {{"WEBCAMERA_RESOLUTION", "1280x720"}}),
-        Row<KT::CaptureWebCameraSettings>("CameraFps", "frameRate", {30},
-                                          {{"WEBCAMERA_FPS", "30"}}),
-        Row<KT::CaptureWebCameraSettings>("CameraPosition", "pipPosition", {3},
-                                          {{"POSITION_WEBCAMERA", "UPPER_LEFT"}}),
-        Row<KT::CaptureWebCameraSettings>("CameraSize", "pipSize", {25},
-                                          {{"SIZE_WEBCAMERA", "25"}}),
-        Row<KT::CaptureStreamingSettings>("StreamingServer", "serverName", {QString("eu-west")},
-                                          {{"SERVER_NAME", "eu-west"}}),
-        Row<KT::HotkeySettings>("Hotkey", "startStop", {QString("Ctrl+F9")},
-                                {{"HOTKEY_START_STOP", "Ctrl+F9"}}),
-        Row<KT::HotkeySettings>("FastPresetTwoValues", "fastPreset",
-                                {QString("Preset 2"), QString("Alt+2")},
-                                {{"HOT_KEYS_PRESET", "Preset 2"}, {"HOT_KEYS_VALUE", "Alt+2"}}),
-        Row<KT::OverlaySettings>("OverlayPositionNone", "overlayPosition", {7},
-                                 {{"OVERLAY_POSITION", "NONE"}}),
-        Row<KT::OverlaySettings>("DrawingType", "drawingType", {1},
-                                 {{"DRAWING_TYPE", "Backbuffer"}}),
-        Row<KT::OverlaySettings>("FpsOverlay", "fpsOverlayEnabled", {true},
-                                 {{"FPS_OVERLAY_ENABLED", "YES"}}),
-        Row<KT::ProductSettings>("Statistics", "statisticsEnabled", {true},
-                                 {{"STATISTICS_ENABLED", "YES"}}),
-        Row<KT::ProductSettings>("Language", "currentLocale", {QString("de_DE")},
-                                 {{"LANGUAGE", "de_DE"}}),
-        Row<KT::CaptureFinishActionSettings>("FinishActionShotdown", "finishAction", {2},
-                                             {{"FINISH_ACTION", "SHOTDOWN"}}),
-        Row<KT::ConvertationSettings>("HyperPass", "hyperPassEnabled", {true},
-                                      {{"HP_ENABLED", "YES"}}),
-        Row<KT::ConvertationSettings>("ScreenshotQuality", "screenshotQuality", {85},
-                                      {{"SCREENSHOT_QUALITY", "85"}}),
-        Row<KT::IUiSettings>("Countdown", "showCountdown", {false}, {{"SHOW_COUNTDOWN", "NO"}}),
-        Row<KT::ICaptureDurationLimitSettings>("Limit", "limit", {600},
-                                               {{"DURATION_LIMIT", "600"}}),
-        Row<KT::ICaptureSchedulerSettings>("SchedulerEmptyFlag", "schedulerEnabled", {},
-                                           {{"SCHEDULER_ENABLED", "YES"}}),
-        Row<KT::CaptureVideoSettings>("Codec", "codec", {1}, {{"CODEC", "CODEC_ID_MJPEG"}}),
-        Row<KT::CaptureVideoSettings>("FrameScale", "frameSize", {2}, {{"FRAME_SIZE", "1/4_SIZE"}}),
-        Row<KT::CaptureVideoSettings>("CaptureMethod", "captureMethod", {1},
-                                      {{"CAPTURE_METHOD", "DIRECTX"}}),
-        Row<KT::CaptureVideoSettings>("CodecSettingsThreeValues", "codecSettings", {1, 80, 5},
-                                      {{"BITRATE_TYPE", "VBR"},
-                                       {"BITRATE_QUALITY", "80"},
-                                       {"CONVERTATION_PRESET", "Medium"}}),
-        Row<KT::CaptureCursorSettings>("HighlightColour", "cursorHighlightColor",
-                                       {QColor(255, 0, 0)},
-                                       {{"HIGHLIGHT_CURSOR_COLOR", "#ff0000"}}),
-        Row<KT::CaptureCursorSettings>("ClickVolume", "volumeClick", {4},
-                                       {{"VOLUME_CLICK_SOUND", "4"}})),
-    [](const testing::TestParamInfo<SettingsRow>& info) { return info.param.label; });
+KT_ROWS(
+    SettingsObserverTest,
+    {Row<KT::PathsSettings>("ScreenshotFormat", "screenshotFileExt", {QString("png")},
+                            {{"SCREENSHOT_FORMAT", "png"}}),
+     Row<KT::CaptureGeneralSettings>("SeparateStreamsTriState", "separateStreamsEnabled", {1},
+                                     {{"SEPARATE_STREAMS_ENABLED", "YES"}}),
+     Row<KT::CaptureGeneralSettings>("IndicatorTriStateOutOfRange", "isIndicatorVisible", {2},
+                                     {{"INDICATOR_VISIBLE", "UNKNOWN"}}),
+     Row<KT::CaptureKeyboardSettings>("Keystrokes", "recordKeystrokes", {2},
+                                      {{"RECORD_KEYSTROKES", "HOT"}}),
+     Row<KT::WatermarkSettings>("WatermarkOff", "isWatermarkVisible", {false},
+                                {{"WATERMARK_VISIBLE", "NO"}}),
+     Row<KT::WatermarkSettings>("WatermarkTwoElements", "isWatermarkVisible", {false, false},
+                                {{"WATERMARK_VISIBLE", "YES"}}),
+     Row<KT::CaptureAudioSettings>("AudioQuality", "audioQuality", {9},
+                                   {{"AUDIO_QUALITY", "96 kHz, stereo, 16-bit"}}),
+     Row<KT::CaptureWebCameraSettings>("CameraResolution", "captureResolution", {QSize(1280, 720)},
+                                       {{"WEBCAMERA_RESOLUTION", "1280x720"}}),
+     Row<KT::CaptureWebCameraSettings>("CameraPosition", "pipPosition", {3},
+                                       {{"POSITION_WEBCAMERA", "UPPER_LEFT"}}),
+     Row<KT::HotkeySettings>("FastPresetTwoValues", "fastPreset",
+                             {QString("Preset 2"), QString("Alt+2")},
+                             {{"HOT_KEYS_PRESET", "Preset 2"}, {"HOT_KEYS_VALUE", "Alt+2"}}),
+     Row<KT::OverlaySettings>("OverlayPositionNone", "overlayPosition", {7},
+                              {{"OVERLAY_POSITION", "NONE"}}),
+     Row<KT::CaptureFinishActionSettings>("FinishActionShotdown", "finishAction", {2},
+                                          {{"FINISH_ACTION", "SHOTDOWN"}}),
+     Row<KT::IUiSettings>("Countdown", "showCountdown", {false}, {{"SHOW_COUNTDOWN", "NO"}}),
+     Row<KT::ICaptureDurationLimitSettings>("Limit", "limit", {600}, {{"DURATION_LIMIT", "600"}}),
+     Row<KT::ICaptureSchedulerSettings>("SchedulerEmptyFlag", "schedulerEnabled", {},
+                                        {{"SCHEDULER_ENABLED", "YES"}}),
+     Row<KT::CaptureVideoSettings>("FrameScale", "frameSize", {2}, {{"FRAME_SIZE", "1/4_SIZE"}}),
+     Row<KT::CaptureVideoSettings>(
+         "CodecSettingsThreeValues", "codecSettings", {1, 80, 5},
+         {{"BITRATE_TYPE", "VBR"}, {"BITRATE_QUALITY", "80"}, {"CONVERTATION_PRESET", "Medium"}}),
+     Row<KT::CaptureCursorSettings>("HighlightColour", "cursorHighlightColor", {QColor(255, 0, 0)},
+                                    {{"HIGHLIGHT_CURSOR_COLOR", "#ff0000"}})});
 
 TEST(SettingsObserverSingleTest, UnconfiguredFieldIsIgnored)
 {
