@@ -5,6 +5,7 @@
 #include "KT/InstanceRegistry.h"
 #include "Tracking/InstancesHandler.h"
 
+#include "Support/EventsText.h"
 #include "Support/Table.h"
 
 #include <gtest/gtest.h>
@@ -72,9 +73,8 @@ TEST_P(DurationTest, WholeSecondsTowardZero)
 {
     capture.SetCaptureDuration(GetParam().microseconds);
     capture.Pause(0);
-    const std::vector<Event> expected = {
-        {"CAPTURE_PAUSE", {{"CAPTURE_RECORDING_TYPE", ""}, {"DURATION", GetParam().expected}}}};
-    EXPECT_EQ(tracker->Events(), expected);
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "CAPTURE_PAUSE{CAPTURE_RECORDING_TYPE=,DURATION=" + GetParam().expected + "}");
 }
 
 KT_ROWS(DurationTest, {{"JustUnderThree", 2999999, "2"},
@@ -166,49 +166,23 @@ TEST_F(CaptureFixture, StartCarriesSettingsSourcesAndAcceleration)
     capture.SetLevel("system", 0);
     capture.Start(QRect(-1920, 0, 1920, 1080), SampleSettings(),
                   {kScreen, kSystem, kCamera, kMicrophone}, {4096});
-    const Event expected{
-        "CAPTURE_START",
-        {
-            {"METHOD", "UNKNOWN"},
-            {"CAPTURE_TYPE", "STREAMING"},
-            {"CAPTURE_RECORDING_TYPE", "CAPTURING"},
-            {"CAPTURE_AREA_RECT", "-1920,0:1920x1080"},
-            {"CAPTURE_AREA_SIZE", "1920x1080"},
-            {"CODEC", "CODEC_ID_H264"},
-            {"FPS", "60"},
-            {"FRAME_SIZE", "1920x1080"},
-            {"CAPTURE_METHOD", "DIRECTX"},
-            {"CAPTURE_MODE", "GAME"},
-            {"TEXTURE_SHARING_ENABLED", "YES"},
-            {"BITRATE_TYPE", "ABR"},
-            {"BITRATE_QUALITY", "75"},
-            {"CONVERTATION_PRESET", "Faster"},
-            {"SYSTEM_AUDIO", "YES"},
-            {"AUDIO_QUALITY", "48 kHz, stereo, 16-bit"},
-            {"RECORD_KEYSTROKES", "ALL"},
-            {"KEYSTROKES_TRANSLATE", "NO"},
-            {"SHOW_CURSOR", "YES"},
-            {"HIGHLIGHT_CURSOR", "YES"},
-            {"HIGHLIGHT_CURSOR_SIZE", "48"},
-            {"HIGHLIGHT_CURSOR_COLOR", "#ffff00"},
-            {"HIGHLIGHT_CLICKS", "NO"},
-            {"HIGHLIGHT_CLICKS_COLOR_LEFT", "#0000ff"},
-            {"HIGHLIGHT_CLICKS_COLOR_RIGHT", "#ff0000"},
-            {"USE_CLICK_SOUNDS", "YES"},
-            {"VOLUME_CLICK_SOUND", "70"},
-            {"WEBCAMERA_RESOLUTION", "640x480"},
-            {"WEBCAMERA_FPS", "30"},
-            {"POSITION_WEBCAMERA", "CENTER"},
-            {"SIZE_WEBCAMERA", "20"},
-            {"SHAPE_WEBCAMERA", "CIRCLE"},
-            // The silent system audio contributes nothing; video sources keep their order.
-            {"AUDIO_VIDEO_SOURCES", "SCREEN_WEBCAMERA_MICROPHONE_"},
-            {"AUDIO_SOURCES", "MICROPHONE"},
-            {"VIDEO_SOURCES", "SCREEN_WEBCAMERA"},
-            {"NOISE_CONTROL", "YES"},
-            {"NVENC_ENABLED", "NO"},
-        }};
-    EXPECT_EQ(tracker->Events(), std::vector<Event>{expected});
+    // The silent system audio contributes nothing; video sources keep their order.
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "CAPTURE_START{"
+              "AUDIO_QUALITY=48 kHz, stereo, 16-bit,AUDIO_SOURCES=MICROPHONE"
+              ",AUDIO_VIDEO_SOURCES=SCREEN_WEBCAMERA_MICROPHONE_,BITRATE_QUALITY=75"
+              ",BITRATE_TYPE=ABR,CAPTURE_AREA_RECT=-1920,0:1920x1080,CAPTURE_AREA_SIZE=1920x1080"
+              ",CAPTURE_METHOD=DIRECTX,CAPTURE_MODE=GAME,CAPTURE_RECORDING_TYPE=CAPTURING"
+              ",CAPTURE_TYPE=STREAMING,CODEC=CODEC_ID_H264,CONVERTATION_PRESET=Faster,FPS=60"
+              ",FRAME_SIZE=1920x1080,HIGHLIGHT_CLICKS=NO,HIGHLIGHT_CLICKS_COLOR_LEFT=#0000ff"
+              ",HIGHLIGHT_CLICKS_COLOR_RIGHT=#ff0000,HIGHLIGHT_CURSOR=YES"
+              ",HIGHLIGHT_CURSOR_COLOR=#ffff00,HIGHLIGHT_CURSOR_SIZE=48,KEYSTROKES_TRANSLATE=NO"
+              ",METHOD=UNKNOWN,NOISE_CONTROL=YES,NVENC_ENABLED=NO,POSITION_WEBCAMERA=CENTER"
+              ",RECORD_KEYSTROKES=ALL,SHAPE_WEBCAMERA=CIRCLE,SHOW_CURSOR=YES,SIZE_WEBCAMERA=20"
+              ",SYSTEM_AUDIO=YES,TEXTURE_SHARING_ENABLED=YES,USE_CLICK_SOUNDS=YES"
+              ",VIDEO_SOURCES=SCREEN_WEBCAMERA,VOLUME_CLICK_SOUND=70,WEBCAMERA_FPS=30"
+              ",WEBCAMERA_RESOLUTION=640x480"
+              "}");
 }
 
 struct SourcesRow
@@ -228,14 +202,10 @@ TEST_P(StopSourcesTest, DescribesAudioOnly)
     capture.SetLevel("system", 9);
     capture.SetCaptureDuration(90500000);
     capture.Stop(0, {5242880}, GetParam().sources);
-    const Event expected{"CAPTURE_STOP",
-                         {{"REASON_STOP", "SUCCESS"},
-                          {"DURATION", "90"},
-                          {"CAPTURE_RECORDING_TYPE", ""},
-                          {"FILE_SIZE", "5242880"},
-                          {"AUDIO_VIDEO_SOURCES", GetParam().all},
-                          {"AUDIO_SOURCES", GetParam().audio}}};
-    EXPECT_EQ(tracker->Events(), std::vector<Event>{expected});
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "CAPTURE_STOP{AUDIO_SOURCES=" + GetParam().audio +
+                  ",AUDIO_VIDEO_SOURCES=" + GetParam().all +
+                  ",CAPTURE_RECORDING_TYPE=,DURATION=90,FILE_SIZE=5242880,REASON_STOP=SUCCESS}");
 }
 
 KT_ROWS(StopSourcesTest,
@@ -260,20 +230,11 @@ TEST_F(CaptureFixture, ConversionStartCarriesContextPresetAndAcceleration)
     converter.Pause();
     converter.Resume();
     converter.Fail();
-    const std::vector<Event> expected = {
-        {"SAVING_CAPTURE_START",
-         {{"PROJECT_SIZE", "123456789"},
-          {"PRESET_ID", "mp4-1080p"},
-          {"OUTPUT_VIDEO_CODEC", "h264"},
-          {"OUTPUT_AUDIO_CODEC", "aac"},
-          {"OUTPUT_FORMAT", "mp4"},
-          {"CUT", "0-1500000;6000000-7000000"},
-          {"ACCELERATION_TYPE", "NVENC"}}},
-        {"SAVING_CAPTURE_PAUSE", {}},
-        {"SAVING_CAPTURE_RESUME", {}},
-        {"SAVING_CAPTURE_ERROR", {}},
-    };
-    EXPECT_EQ(tracker->Events(), expected);
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "SAVING_CAPTURE_START{ACCELERATION_TYPE=NVENC,CUT=0-1500000;6000000-7000000,"
+              "OUTPUT_AUDIO_CODEC=aac,OUTPUT_FORMAT=mp4,OUTPUT_VIDEO_CODEC=h264,"
+              "PRESET_ID=mp4-1080p,PROJECT_SIZE=123456789} SAVING_CAPTURE_PAUSE{} "
+              "SAVING_CAPTURE_RESUME{} SAVING_CAPTURE_ERROR{}");
 }
 
 TEST_F(CaptureFixture, ConversionPresetWithoutCodecsGivesEmptyTexts)
@@ -282,15 +243,9 @@ TEST_F(CaptureFixture, ConversionPresetWithoutCodecsGivesEmptyTexts)
     context.preset.name = "custom";
     converter.SetAccelerationType(9);
     converter.Start(context);
-    const std::vector<Event> expected = {{"SAVING_CAPTURE_START",
-                                          {{"PROJECT_SIZE", "0"},
-                                           {"PRESET_ID", "custom"},
-                                           {"OUTPUT_VIDEO_CODEC", ""},
-                                           {"OUTPUT_AUDIO_CODEC", ""},
-                                           {"OUTPUT_FORMAT", ""},
-                                           {"CUT", ""},
-                                           {"ACCELERATION_TYPE", "UNKNOWN"}}}};
-    EXPECT_EQ(tracker->Events(), expected);
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "SAVING_CAPTURE_START{ACCELERATION_TYPE=UNKNOWN,CUT=,OUTPUT_AUDIO_CODEC=,"
+              "OUTPUT_FORMAT=,OUTPUT_VIDEO_CODEC=,PRESET_ID=custom,PROJECT_SIZE=0}");
 }
 
 struct ResultRow
@@ -305,8 +260,8 @@ using ConversionResultTest = CaptureTable<ResultRow>;
 TEST_P(ConversionResultTest, StopCarriesResultText)
 {
     converter.Finish(GetParam().result);
-    EXPECT_EQ(tracker->Events(),
-              (std::vector<Event>{{"SAVING_CAPTURE_FINISH", {{"RESULT", GetParam().expected}}}}));
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "SAVING_CAPTURE_FINISH{RESULT=" + GetParam().expected + "}");
 }
 
 KT_ROWS(ConversionResultTest, {{"Success", 0, "SUCCESS"},

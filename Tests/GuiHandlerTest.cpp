@@ -6,6 +6,7 @@
 #include "UI/AbstractPresetButton.h"
 #include "UI/ButtonWithPopUpList.h"
 
+#include "Support/EventsText.h"
 #include "Support/FilterProbe.h"
 #include "Support/RecordingTracker.h"
 #include "Support/Table.h"
@@ -35,7 +36,6 @@ namespace Config = Velkor::KT::Tracking::Config;
 using KtTest::FilterProbe;
 using KtTest::Filters;
 using Velkor::KT::ButtonWithPopUpList;
-using Velkor::KT::Tracking::Event;
 using Velkor::KT::Tracking::GuiHandler;
 using Velkor::KT::Tracking::IKtTracker;
 using Velkor::KT::UI::AbstractPresetButton;
@@ -100,20 +100,7 @@ class GuiHandlerTest : public testing::Test
 {
 protected:
     void SetConfig(const std::string& gui) { handler->SetConfig(ParseGui(gui)); }
-    std::string Events() const
-    {
-        std::string text;
-        for (const Event& event : tracker->Events())
-        {
-            text += (text.empty() ? "" : " ") + event.name + "{";
-            for (const auto& [key, value] : event.params)
-            {
-                text += (text.back() == '{' ? "" : ",") + key + "=" + value;
-            }
-            text += "}";
-        }
-        return text;
-    }
+    std::string Events() const { return KtTest::EventsText(tracker->Events()); }
 
     std::shared_ptr<KtTest::RecordingTracker> tracker =
         std::make_shared<KtTest::RecordingTracker>();
