@@ -108,7 +108,7 @@ KT_ROWS(SettingsObserverTest,
          Row<KT::CaptureVideoSettings>("FrameScale", "frameSize", {2}, "FRAME_SIZE=1/4_SIZE"),
          Row<KT::CaptureVideoSettings>(
              "CodecSettingsThreeValues", "codecSettings", {1, 80, 5},
-             "BITRATE_TYPE=VBR,BITRATE_QUALITY=80,CONVERTATION_PRESET=Medium"),
+             "BITRATE_QUALITY=80,BITRATE_TYPE=VBR,CONVERTATION_PRESET=Medium"),
          Row<KT::CaptureCursorSettings>("HighlightColour", "cursorHighlightColor",
                                         {QColor(255, 0, 0)}, "HIGHLIGHT_CURSOR_COLOR=#ff0000")});
 
