@@ -62,31 +62,21 @@ std::string NameOf(const std::string& eventText)
     return eventText.substr(0, eventText.find('\n'));
 }
 
-struct AnalyticsEvent
+// Events of a JSON Lines file as the recording stage and the analytics service write them.
+std::vector<Velkor::KT::Tracking::Event> ReadJsonLines(const QString& path)
 {
-    std::string name;
-    QJsonObject params;
-};
-
-std::vector<AnalyticsEvent> ReadAnalytics(const QString& directory)
-{
-    std::vector<AnalyticsEvent> events;
-    QDirIterator files(directory, {"*.jsonl"}, QDir::Files, QDirIterator::Subdirectories);
-    QStringList paths;
-    while (files.hasNext())
+    std::vector<Velkor::KT::Tracking::Event> events;
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    while (!file.atEnd())
     {
-        paths << files.next();
-    }
-    EXPECT_EQ(paths.size(), 1) << "one analytics file expected: " << paths.join(' ').toStdString();
-    for (const QString& path : paths)
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        while (!file.atEnd())
+        const QJsonObject line = QJsonDocument::fromJson(file.readLine()).object();
+        auto& event = events.emplace_back();
+        event.name = line.value("name").toString().toStdString();
+        const QJsonObject params = line.value("params").toObject();
+        for (auto it = params.begin(); it != params.end(); ++it)
         {
-            const QJsonObject line = QJsonDocument::fromJson(file.readLine()).object();
-            events.push_back(
-                {line.value("name").toString().toStdString(), line.value("params").toObject()});
+            event.params[it.key().toStdString()] = it.value().toString().toStdString();
         }
     }
     return events;
@@ -171,58 +161,33 @@ TEST_P(DemoSessionTest, PrintsViewsAndDeliversTheRecordedEvents)
     EXPECT_EQ(ReadFile(viewerItems), printout);
 
     // The analytics service got every delivered event once, in order, with real machine facts.
-    const auto analytics = ReadAnalytics(data);
+    QDirIterator files(data, {"*.jsonl"}, QDir::Files, QDirIterator::Subdirectories);
+    ASSERT_TRUE(files.hasNext()) << "no analytics file";
+    const auto analytics = ReadJsonLines(files.next());
+    EXPECT_FALSE(files.hasNext()) << "a second analytics file";
     ASSERT_EQ(analytics.size(), printed.size());
     for (std::size_t i = 0; i < printed.size(); ++i)
     {
         EXPECT_EQ(analytics[i].name, NameOf(printed[i])) << "event #" << i + 1;
     }
     ASSERT_FALSE(analytics.empty());
-    const QJsonObject start = analytics.front().params;
-    EXPECT_TRUE(start.contains("OS_NAME"));
-    EXPECT_NE(start.value("OS_NAME").toString(), QString(Velkor::Demo::kMachineValue));
+    const auto& start = analytics.front().params;
+    ASSERT_TRUE(start.count("OS_NAME"));
+    EXPECT_NE(start.at("OS_NAME"), Velkor::Demo::kMachineValue);
 
     if (row.onXServer)
     {
         const QImage image(screenshot);
         ASSERT_FALSE(image.isNull()) << "no screenshot";
         EXPECT_EQ(image.size(), QSize(1280, 1024));
-        const QRgb corner = image.pixel(0, 0);
-        bool varied = false;
-        for (int y = 0; y < image.height() && !varied; y += 7)
-        {
-            for (int x = 0; x < image.width() && !varied; x += 7)
-            {
-                varied = image.pixel(x, y) != corner;
-            }
-        }
-        EXPECT_TRUE(varied) << "the screenshot is of one colour";
+        EXPECT_GT(image.convertToFormat(QImage::Format_Indexed8).colorCount(), 1)
+            << "the screenshot is of one colour";
     }
 }
 
 KT_ROWS(DemoSessionTest, {{"Headless", "first", "DemoSession.expected", false},
                           {"HeadlessSecondVariant", "second", "DemoSessionSecond.expected", false},
                           {"ShownOnXServer", "first", "DemoSession.expected", true}});
-
-// Events of a JSON Lines file as the recording stage writes them.
-std::vector<Velkor::KT::Tracking::Event> ReadJsonLines(const QString& path)
-{
-    std::vector<Velkor::KT::Tracking::Event> events;
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    while (!file.atEnd())
-    {
-        const QJsonObject line = QJsonDocument::fromJson(file.readLine()).object();
-        auto& event = events.emplace_back();
-        event.name = line.value("name").toString().toStdString();
-        const QJsonObject params = line.value("params").toObject();
-        for (auto it = params.begin(); it != params.end(); ++it)
-        {
-            event.params[it.key().toStdString()] = it.value().toString().toStdString();
-        }
-    }
-    return events;
-}
 
 // The raw session the demo records before its filter: replayed through the shipped documents it
 // delivers exactly what the demo printed, and, machine facts aside, it is the session recorded in
@@ -284,19 +249,18 @@ TEST_P(MachineValuesTest, MasksOnlyMachineFacts)
     EXPECT_EQ(Velkor::Demo::MaskMachineValues(GetParam().text), GetParam().expected);
 }
 
+// Session values, and keys or names that only look like machine facts, stay as they are.
 KT_ROWS(MachineValuesTest,
-        {{"NameAlone", "APP_EXIT\n", "APP_EXIT\n"},
-         {"SessionValuesKept", "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n",
-          "APP_EXIT\n\tAPP_LANGUAGE=de\n\tMETHOD=BUTTON\n"},
+        {{"LookalikesKept",
+          "OS_NAME=x\n\tAPP_LANGUAGE=de\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n"
+          "\tMONITOR2_RECT_OLD=x\n",
+          "OS_NAME=x\n\tAPP_LANGUAGE=de\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n"
+          "\tMONITOR2_RECT_OLD=x\n"},
          {"SystemAndHardware", "S\n\tCPU_CORES=8\n\tOS_NAME=Debian\n\tAPP_BITS=64\n",
           "S\n\tCPU_CORES=<machine>\n\tOS_NAME=<machine>\n\tAPP_BITS=<machine>\n"},
          {"ValueWithEqualsSign", "S\n\tCPU_NAME=a=b\n", "S\n\tCPU_NAME=<machine>\n"},
          {"AnyMonitorNumber", "S\n\tMONITOR12_RECT=0,0,1,1\n\tMONITORS_COUNT=12\n",
           "S\n\tMONITOR12_RECT=<machine>\n\tMONITORS_COUNT=<machine>\n"},
-         {"LookalikeKeysKept", "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n",
-          "S\n\tMONITOR_RECT=x\n\tXCPU_NAME=y\n\tPRIMARY_MONITOR=1\n"},
-         {"MonitorKeyWithMoreAfterIt", "S\n\tMONITOR2_RECT_OLD=x\n", "S\n\tMONITOR2_RECT_OLD=x\n"},
-         {"EventNamedLikeAKey", "OS_NAME=x\n", "OS_NAME=x\n"},
          {"EmptyValueMasked", "S\n\tNVENC_ENABLED=\n", "S\n\tNVENC_ENABLED=<machine>\n"}});
 
 }  // namespace
