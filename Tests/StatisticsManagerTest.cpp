@@ -1,3 +1,4 @@
+#include "Support/EventsText.h"
 #include "Support/InstancesConfig.h"
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
@@ -175,8 +176,7 @@ TEST_F(StatisticsManagerTest, StartEventCarriesTheLanguageOfTheMoment)
 {
     language->SetLanguage("pt_BR");
     auto manager = Make({FillerTypes::AppLanguage});
-    ASSERT_EQ(tracker->Events().size(), 1u);
-    EXPECT_EQ(tracker->Events()[0].params, (Event::Params{{"APP_LANGUAGE", "pt_BR"}}));
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()), "APP_EVERY_START{APP_LANGUAGE=pt_BR}");
 }
 
 // --- failures -----------------------------------------------------------------------------------
@@ -186,21 +186,11 @@ TEST_F(StatisticsManagerTest, FailuresInCrashTrackerOrderBeforeTheStart)
     auto manager = Make({FillerTypes::AppLanguage, FillerTypes::HyperPass},
                         App::ILaunchTypeProcessor::EveryStart, {"session-b", "session-a"});
 
-    const Event::Params failureBase = {{"APP_LANGUAGE", "de"},
-                                       {"EXCEPTION_MESSAGE", ""},
-                                       {"EXCEPTION_STACKTRACE", ""},
-                                       {"EXCEPTION_TYPE", ""},
-                                       {"HP_ENABLED", "NO"}};
-    auto failure = [&](const std::string& session)
-    {
-        Event event{Analytics::APP_FAILED, failureBase};
-        event.params[Analytics::SID] = session;
-        return event;
-    };
-    const std::vector<Event> expected = {
-        failure("session-b"), failure("session-a"),
-        Event{Analytics::APP_EVERY_START, {{"APP_LANGUAGE", "de"}}}};
-    EXPECT_EQ(tracker->Events(), expected);
+    const std::string failure =
+        "APP_FAILED{APP_LANGUAGE=de,EXCEPTION_MESSAGE=,EXCEPTION_STACKTRACE=,EXCEPTION_TYPE=,"
+        "HP_ENABLED=NO,SID=";
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              failure + "session-b} " + failure + "session-a} APP_EVERY_START{APP_LANGUAGE=de}");
 }
 
 TEST_F(StatisticsManagerTest, HyperPassFillerReadsTheSettingsWhenAFailureIsSent)
@@ -270,8 +260,7 @@ TEST_F(StatisticsManagerTest, ExitEventCarriesOnlyTheLanguageAtExit)
     language->SetLanguage("fr");
     tracker->Clear();
     manager.reset();
-    EXPECT_EQ(tracker->Events(),
-              (std::vector<Event>{Event{Analytics::APP_EXIT, {{"APP_LANGUAGE", "fr"}}}}));
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()), "APP_EXIT{APP_LANGUAGE=fr}");
 }
 
 TEST_F(StatisticsManagerTest, ExitEventGoesOutWhileBothHandlersStillTrack)
