@@ -9,6 +9,8 @@
 
 #include <QTemporaryDir>
 
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -49,18 +51,14 @@ private:
     const Velkor::KT::ICaptureInfo& m_service;
 };
 
-struct Step
-{
-    void (Recorder::*command)();
-    int waitSeconds;  // clock advance after the command
-};
-
+// Commands, each followed by the seconds the clock then advances: S starts, X stops, C cancels,
+// P toggles the pause, T toggles start and stop.
 struct RecorderRow
 {
     const char* label;
-    std::vector<Step> steps;
-    std::vector<std::string> expected;
+    const char* steps;
     int finishedRecordings;
+    std::string expected;  // the log's lines, "; "-separated
 };
 
 using DemoRecorderTest = KtTest::Table<RecorderRow>;
@@ -76,50 +74,44 @@ TEST_P(DemoRecorderTest, ReportsWhatARecorderReports)
     services.captureInfo.AddObserver(&log);
     int finished = 0;
     QObject::connect(&recorder, &Recorder::RecordingFinished, [&finished] { ++finished; });
+    const std::map<char, void (Recorder::*)()> commands{{'S', &Recorder::StartRecording},
+                                                        {'X', &Recorder::StopRecording},
+                                                        {'C', &Recorder::CancelRecording},
+                                                        {'P', &Recorder::TogglePause},
+                                                        {'T', &Recorder::ToggleStartStop}};
 
-    for (const Step& step : row.steps)
+    std::istringstream steps(row.steps);
+    char command = 0;
+    int seconds = 0;
+    while (steps >> command >> seconds)
     {
-        (recorder.*step.command)();
-        clock.Advance(step.waitSeconds);
+        (recorder.*commands.at(command))();
+        clock.Advance(seconds);
     }
     services.captureInfo.RemoveObserver(&log);
 
-    EXPECT_EQ(log.lines, row.expected);
+    std::string lines;
+    for (const std::string& line : log.lines)
+    {
+        lines += (lines.empty() ? "" : "; ") + line;
+    }
+    EXPECT_EQ(lines, row.expected);
     EXPECT_EQ(finished, row.finishedRecordings);
 }
 
-constexpr auto Start = &Recorder::StartRecording;
-constexpr auto Stop = &Recorder::StopRecording;
-constexpr auto Cancel = &Recorder::CancelRecording;
-constexpr auto Toggle = &Recorder::TogglePause;
-constexpr auto StartStop = &Recorder::ToggleStartStop;
-
 KT_ROWS(DemoRecorderTest,
-        {{"StartStop",
-          {{Start, 95}, {Stop, 0}},
-          {"start sources=2 at=0", "stop reason=0 size=5937500 at=95"},
-          1},
-         {"PausedTimeNotCounted",
-          {{Start, 40}, {Toggle, 300}, {Toggle, 20}, {Stop, 0}},
-          {"start sources=2 at=0", "pause flag=0 at=40", "resume at=40",
-           "stop reason=0 size=3750000 at=60"},
-          1},
-         {"StoppedWhilePaused",
-          {{Start, 10}, {Toggle, 500}, {Stop, 0}},
-          {"start sources=2 at=0", "pause flag=0 at=10", "stop reason=0 size=625000 at=10"},
-          1},
-         {"CancelIsNotAFinishedRecording",
-          {{Start, 15}, {Cancel, 0}},
-          {"start sources=2 at=0", "stop reason=1 size=937500 at=15"},
-          0},
-         {"CommandsOutOfPlaceDoNothing",
-          {{Stop, 5}, {Toggle, 5}, {Start, 5}, {Start, 5}, {Stop, 0}, {Stop, 0}},
-          {"start sources=2 at=0", "stop reason=0 size=625000 at=10"},
-          1},
-         {"SecondRecordingStartsFromZero",
-          {{StartStop, 30}, {StartStop, 100}, {StartStop, 7}, {StartStop, 0}},
-          {"start sources=2 at=0", "stop reason=0 size=1875000 at=30", "start sources=2 at=0",
-           "stop reason=0 size=437500 at=7"},
-          2}});
+        {{"StartStop", "S95 X0", 1, "start sources=2 at=0; stop reason=0 size=5937500 at=95"},
+         {"PausedTimeNotCounted", "S40 P300 P20 X0", 1,
+          "start sources=2 at=0; pause flag=0 at=40; resume at=40; "
+          "stop reason=0 size=3750000 at=60"},
+         {"StoppedWhilePaused", "S10 P500 X0", 1,
+          "start sources=2 at=0; pause flag=0 at=10; stop reason=0 size=625000 at=10"},
+         {"CancelIsNotAFinishedRecording", "S15 C0", 0,
+          "start sources=2 at=0; stop reason=1 size=937500 at=15"},
+         {"CommandsOutOfPlaceDoNothing", "X5 P5 S5 S5 X0 X0", 1,
+          "start sources=2 at=0; stop reason=0 size=625000 at=10"},
+         {"SecondRecordingStartsFromZero", "T30 T100 T7 T0", 2,
+          "start sources=2 at=0; stop reason=0 size=1875000 at=30; start sources=2 at=0; "
+          "stop reason=0 size=437500 at=7"}});
 
 }  // namespace
