@@ -102,8 +102,6 @@ KT_ROWS(NotificationTest,
         {{"UserPause", [](KT::CaptureInfo& c) { c.Pause(0); }, {"CAPTURE_PAUSE"}},
          {"InternalPause", [](KT::CaptureInfo& c) { c.Pause(1); }, {}},
          {"NegativePauseFlag", [](KT::CaptureInfo& c) { c.Pause(-1); }, {}},
-         {"Resume", [](KT::CaptureInfo& c) { c.Resume(); }, {"CAPTURE_RESUME"}},
-         {"StopFinished", [](KT::CaptureInfo& c) { c.Stop(0, {}, {}); }, {"CAPTURE_STOP"}},
          {"StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); }, {"CAPTURE_CANCEL"}},
          {"StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); }, {"CAPTURE_STOP"}},
          {"Error", [](KT::CaptureInfo& c) { c.Fail(); }, {"CAPTURE_STOP"}}});

@@ -500,8 +500,18 @@ TEST_F(GuiHandlerTest, NewObjectAtTheAddressOfADeletedOneGetsNoOldHooks)
     EXPECT_EQ(Events(), "OLD_SHOWN{} NEW_CLOSED{}");
 }
 
+// Also the event handler's own filter (the event hook): it must leave no filter list behind.
 TEST_F(GuiHandlerTest, DestroyedHandlerLeavesNoFilterAndNoReferenceBehind)
 {
+    // The probe itself must see a filter that is destroyed without being removed.
+    {
+        QWidget plain;
+        auto* filter = new QObject();
+        plain.installEventFilter(filter);
+        FilterProbe probe(filter);
+        delete filter;
+        ASSERT_EQ(probe.LeftOverReferences(), 1);
+    }
     handler.reset();
     const std::vector<QObject*> applicationFilters = Filters(qApp);
     handler = std::make_unique<GuiHandler>(tracker);

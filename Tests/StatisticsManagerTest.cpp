@@ -254,15 +254,6 @@ KT_ROWS(NullCollaboratorTest,
 
 // --- exit ---------------------------------------------------------------------------------------
 
-TEST_F(StatisticsManagerTest, ExitEventCarriesOnlyTheLanguageAtExit)
-{
-    auto manager = Make({FillerTypes::AppLanguage, FillerTypes::AppConfig});
-    language->SetLanguage("fr");
-    tracker->Clear();
-    manager.reset();
-    EXPECT_EQ(KtTest::EventsText(tracker->Events()), "APP_EXIT{APP_LANGUAGE=fr}");
-}
-
 TEST_F(StatisticsManagerTest, ExitEventGoesOutWhileBothHandlersStillTrack)
 {
     auto window = MakeWindow();
@@ -357,16 +348,6 @@ TEST_F(StatisticsManagerTest, DocumentWithOnlyInstancesEmptiesTheGuiSection)
     StopButton(window.get())->click();
     scheduler.StartScheduledCapture();
     EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"SCHEDULER_START_2"}));
-}
-
-TEST_F(StatisticsManagerTest, AttachingBeforeConfigurationTracksNothing)
-{
-    auto manager = Make({});
-    auto window = MakeWindow();
-    manager->AttachQObject(window.get());
-    tracker->Clear();
-    StopButton(window.get())->click();
-    EXPECT_TRUE(tracker->Events().empty());
 }
 
 TEST_F(StatisticsManagerTest, RootAndTargetAttachOnlyTheTarget)
