@@ -146,17 +146,6 @@ TEST(InstanceRegistryTest, ObserverRemovedDuringNoticeIsNotCalledAgain)
     EXPECT_EQ(second.notices, 0);
 }
 
-TEST(InstanceRegistryTest, PublisherFilesItselfForItsLifetime)
-{
-    InstanceRegistry registry;
-    using Publisher = Module::Editing::VECommunicationEventPublisher;
-    {
-        Publisher publisher;
-        EXPECT_EQ(registry.Get<Publisher>(), std::vector<Publisher*>{&publisher});
-    }
-    EXPECT_TRUE(registry.Get<Publisher>().empty());
-}
-
 struct LaunchRow
 {
     const char* label;

@@ -95,6 +95,19 @@ protected:
         return window;
     }
 
+    // Attaches a new window and the instances, then clicks the stop button and starts the
+    // scheduler: the events that gives.
+    std::vector<std::string> AttachAndPoke(StatisticsManager& manager)
+    {
+        auto window = MakeWindow();
+        manager.AttachQObject(window.get());
+        manager.AttachInstances();
+        tracker->Clear();
+        StopButton(window.get())->click();
+        scheduler.StartScheduledCapture();
+        return tracker->Names();
+    }
+
     static QPushButton* StopButton(QWidget* window)
     {
         return window->findChild<QPushButton*>("stopButton");
@@ -317,13 +330,7 @@ TEST_P(BadDocumentTest, LoggedAndPreviousConfigurationKept)
     EXPECT_GT(lines[0].message.size(), start.size());
 
     // Both handlers still work with the first document.
-    auto window = MakeWindow();
-    manager->AttachQObject(window.get());
-    manager->AttachInstances();
-    tracker->Clear();
-    StopButton(window.get())->click();
-    scheduler.StartScheduledCapture();
-    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"STOP", "SCHEDULER_START"}));
+    EXPECT_EQ(AttachAndPoke(*manager), (std::vector<std::string>{"STOP", "SCHEDULER_START"}));
 }
 
 KT_ROWS(
@@ -341,13 +348,7 @@ TEST_F(StatisticsManagerTest, DocumentWithOnlyInstancesEmptiesTheGuiSection)
     manager->SetConfig(kGuiDocument);
     manager->SetConfig(kInstancesOnlyDocument);
 
-    auto window = MakeWindow();
-    manager->AttachQObject(window.get());
-    manager->AttachInstances();
-    tracker->Clear();
-    StopButton(window.get())->click();
-    scheduler.StartScheduledCapture();
-    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"SCHEDULER_START_2"}));
+    EXPECT_EQ(AttachAndPoke(*manager), (std::vector<std::string>{"SCHEDULER_START_2"}));
 }
 
 TEST_F(StatisticsManagerTest, RootAndTargetAttachOnlyTheTarget)
