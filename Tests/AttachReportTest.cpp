@@ -9,6 +9,7 @@
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
 #include "Support/RecordingTracker.h"
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
@@ -202,14 +203,17 @@ const AttachReport::Entry* EntryAt(const AttachReport& report, int line)
     return nullptr;
 }
 
-class AttachReportTest : public testing::TestWithParam<const std::vector<Line>*>
+struct SectionRow
 {
+    const char* label;
+    const std::vector<Line>* lines;
 };
+using AttachReportTest = KtTest::Table<SectionRow>;
 
 // Every entry shows exactly the problem its line expects, and whether it matched.
 TEST_P(AttachReportTest, EachMistakeReportedOnceOnItsEntry)
 {
-    const std::vector<Line>& lines = *GetParam();
+    const std::vector<Line>& lines = *GetParam().lines;
     Windows windows;
     Manager manager(Document(lines));
     manager.manager.AttachAllTopLevelWindows();
@@ -247,7 +251,7 @@ TEST_P(AttachReportTest, EachMistakeReportedOnceOnItsEntry)
 // actions' order aside: the statistics manager attaches them in the order of their addresses).
 TEST_P(AttachReportTest, DumpedTreeMatchesAsTheWindowsAttach)
 {
-    const std::string document = Document(*GetParam());
+    const std::string document = Document(*GetParam().lines);
     Windows windows;
     const Section section = Read(document);
     QString error;
@@ -292,9 +296,7 @@ TEST_P(AttachReportTest, DumpedTreeMatchesAsTheWindowsAttach)
     EXPECT_EQ(offline.AttachedTo(), manager.reports.front().AttachedTo());
 }
 
-INSTANTIATE_TEST_SUITE_P(Sections, AttachReportTest, testing::Values(&kMistakes, &kCorrect),
-                         [](const testing::TestParamInfo<const std::vector<Line>*>& info)
-                         { return info.param == &kMistakes ? "Mistakes" : "Correct"; });
+KT_ROWS(AttachReportTest, {{"Mistakes", &kMistakes}, {"Correct", &kCorrect}});
 
 // What the report says of hooks made twice is what the events show: a signal connected twice
 // sends twice, a Qt event registered twice for one object only once.

@@ -5,11 +5,13 @@
 #include "KT/InstanceRegistry.h"
 #include "Tracking/InstancesHandler.h"
 
+#include "Support/EventsText.h"
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <memory>
-#include <ostream>
 
 using namespace Velkor;
 using InstancesTest::Event;
@@ -52,6 +54,11 @@ protected:
         tracker, [](Event::Params& params) { params["NVENC_ENABLED"] = "NO"; }};
 };
 
+template <class Row>
+class CaptureTable : public CaptureFixture, public testing::WithParamInterface<Row>
+{
+};
+
 struct DurationRow
 {
     const char* label;
@@ -59,34 +66,22 @@ struct DurationRow
     std::string expected;
 };
 
-void PrintTo(const DurationRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class DurationTest : public CaptureFixture, public testing::WithParamInterface<DurationRow>
-{
-};
+using DurationTest = CaptureTable<DurationRow>;
 
 // Before any start the recording type is empty.
 TEST_P(DurationTest, WholeSecondsTowardZero)
 {
     capture.SetCaptureDuration(GetParam().microseconds);
     capture.Pause(0);
-    const std::vector<Event> expected = {
-        {"CAPTURE_PAUSE", {{"CAPTURE_RECORDING_TYPE", ""}, {"DURATION", GetParam().expected}}}};
-    EXPECT_EQ(tracker->Events(), expected);
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "CAPTURE_PAUSE{CAPTURE_RECORDING_TYPE=,DURATION=" + GetParam().expected + "}");
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, DurationTest,
-                         testing::Values(DurationRow{"JustUnderThree", 2999999, "2"},
-                                         DurationRow{"NegativeOneAndHalf", -1500000, "-1"},
-                                         DurationRow{"NegativeUnderOne", -999999, "0"},
-                                         DurationRow{"ExactlyOne", 1000000, "1"},
-                                         DurationRow{"Zero", 0, "0"},
-                                         DurationRow{"TenHours", 36000000000, "36000"}),
-                         [](const testing::TestParamInfo<DurationRow>& info)
-                         { return info.param.label; });
+KT_ROWS(DurationTest, {{"JustUnderThree", 2999999, "2"},
+                       {"NegativeOneAndHalf", -1500000, "-1"},
+                       {"NegativeUnderOne", -999999, "0"},
+                       {"ExactlyOne", 1000000, "1"},
+                       {"TenHours", 36000000000, "36000"}});
 
 struct NotificationRow
 {
@@ -95,14 +90,7 @@ struct NotificationRow
     std::vector<std::string> expected;
 };
 
-void PrintTo(const NotificationRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class NotificationTest : public CaptureFixture, public testing::WithParamInterface<NotificationRow>
-{
-};
+using NotificationTest = CaptureTable<NotificationRow>;
 
 TEST_P(NotificationTest, FeedsItsCallback)
 {
@@ -110,21 +98,13 @@ TEST_P(NotificationTest, FeedsItsCallback)
     EXPECT_EQ(tracker->Names(), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Capture, NotificationTest,
-    testing::Values(
-        NotificationRow{"UserPause", [](KT::CaptureInfo& c) { c.Pause(0); }, {"CAPTURE_PAUSE"}},
-        NotificationRow{"InternalPause", [](KT::CaptureInfo& c) { c.Pause(1); }, {}},
-        NotificationRow{"NegativePauseFlag", [](KT::CaptureInfo& c) { c.Pause(-1); }, {}},
-        NotificationRow{"Resume", [](KT::CaptureInfo& c) { c.Resume(); }, {"CAPTURE_RESUME"}},
-        NotificationRow{
-            "StopFinished", [](KT::CaptureInfo& c) { c.Stop(0, {}, {}); }, {"CAPTURE_STOP"}},
-        NotificationRow{
-            "StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); }, {"CAPTURE_CANCEL"}},
-        NotificationRow{
-            "StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); }, {"CAPTURE_STOP"}},
-        NotificationRow{"Error", [](KT::CaptureInfo& c) { c.Fail(); }, {"CAPTURE_STOP"}}),
-    [](const testing::TestParamInfo<NotificationRow>& info) { return info.param.label; });
+KT_ROWS(NotificationTest,
+        {{"UserPause", [](KT::CaptureInfo& c) { c.Pause(0); }, {"CAPTURE_PAUSE"}},
+         {"InternalPause", [](KT::CaptureInfo& c) { c.Pause(1); }, {}},
+         {"NegativePauseFlag", [](KT::CaptureInfo& c) { c.Pause(-1); }, {}},
+         {"StopCanceled", [](KT::CaptureInfo& c) { c.Stop(1, {}, {}); }, {"CAPTURE_CANCEL"}},
+         {"StopOtherReason", [](KT::CaptureInfo& c) { c.Stop(7, {}, {}); }, {"CAPTURE_STOP"}},
+         {"Error", [](KT::CaptureInfo& c) { c.Fail(); }, {"CAPTURE_STOP"}}});
 
 struct RecordingTypeRow
 {
@@ -134,15 +114,7 @@ struct RecordingTypeRow
     std::string expected;
 };
 
-void PrintTo(const RecordingTypeRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class RecordingTypeTest : public CaptureFixture,
-                          public testing::WithParamInterface<RecordingTypeRow>
-{
-};
+using RecordingTypeTest = CaptureTable<RecordingTypeRow>;
 
 // The type of the start is kept for the later events of the capture.
 TEST_P(RecordingTypeTest, ComputedAtStartAndKept)
@@ -156,17 +128,13 @@ TEST_P(RecordingTypeTest, ComputedAtStartAndKept)
     EXPECT_EQ(events[1].params.at("CAPTURE_RECORDING_TYPE"), row.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Starts, RecordingTypeTest,
-    testing::Values(RecordingTypeRow{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAPTURING"},
-                    RecordingTypeRow{"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
-                    RecordingTypeRow{"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
-                    RecordingTypeRow{
-                        "CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
-                    RecordingTypeRow{"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
-                    RecordingTypeRow{"NothingCaptured", QRect(), {}, "UNKNOWN"},
-                    RecordingTypeRow{"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}),
-    [](const testing::TestParamInfo<RecordingTypeRow>& info) { return info.param.label; });
+KT_ROWS(RecordingTypeTest, {{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAPTURING"},
+                            {"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
+                            {"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
+                            {"CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
+                            {"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
+                            {"NothingCaptured", QRect(), {}, "UNKNOWN"},
+                            {"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}});
 
 KT::CaptureSettings SampleSettings()
 {
@@ -196,49 +164,23 @@ TEST_F(CaptureFixture, StartCarriesSettingsSourcesAndAcceleration)
     capture.SetLevel("system", 0);
     capture.Start(QRect(-1920, 0, 1920, 1080), SampleSettings(),
                   {kScreen, kSystem, kCamera, kMicrophone}, {4096});
-    const Event expected{
-        "CAPTURE_START",
-        {
-            {"METHOD", "UNKNOWN"},
-            {"CAPTURE_TYPE", "STREAMING"},
-            {"CAPTURE_RECORDING_TYPE", "CAPTURING"},
-            {"CAPTURE_AREA_RECT", "-1920,0:1920x1080"},
-            {"CAPTURE_AREA_SIZE", "1920x1080"},
-            {"CODEC", "CODEC_ID_H264"},
-            {"FPS", "60"},
-            {"FRAME_SIZE", "1920x1080"},
-            {"CAPTURE_METHOD", "DIRECTX"},
-            {"CAPTURE_MODE", "GAME"},
-            {"TEXTURE_SHARING_ENABLED", "YES"},
-            {"BITRATE_TYPE", "ABR"},
-            {"BITRATE_QUALITY", "75"},
-            {"CONVERTATION_PRESET", "Faster"},
-            {"SYSTEM_AUDIO", "YES"},
-            {"AUDIO_QUALITY", "48 kHz, stereo, 16-bit"},
-            {"RECORD_KEYSTROKES", "ALL"},
-            {"KEYSTROKES_TRANSLATE", "NO"},
-            {"SHOW_CURSOR", "YES"},
-            {"HIGHLIGHT_CURSOR", "YES"},
-            {"HIGHLIGHT_CURSOR_SIZE", "48"},
-            {"HIGHLIGHT_CURSOR_COLOR", "#ffff00"},
-            {"HIGHLIGHT_CLICKS", "NO"},
-            {"HIGHLIGHT_CLICKS_COLOR_LEFT", "#0000ff"},
-            {"HIGHLIGHT_CLICKS_COLOR_RIGHT", "#ff0000"},
-            {"USE_CLICK_SOUNDS", "YES"},
-            {"VOLUME_CLICK_SOUND", "70"},
-            {"WEBCAMERA_RESOLUTION", "640x480"},
-            {"WEBCAMERA_FPS", "30"},
-            {"POSITION_WEBCAMERA", "CENTER"},
-            {"SIZE_WEBCAMERA", "20"},
-            {"SHAPE_WEBCAMERA", "CIRCLE"},
-            // The silent system audio contributes nothing; video sources keep their order.
-            {"AUDIO_VIDEO_SOURCES", "SCREEN_WEBCAMERA_MICROPHONE_"},
-            {"AUDIO_SOURCES", "MICROPHONE"},
-            {"VIDEO_SOURCES", "SCREEN_WEBCAMERA"},
-            {"NOISE_CONTROL", "YES"},
-            {"NVENC_ENABLED", "NO"},
-        }};
-    EXPECT_EQ(tracker->Events(), std::vector<Event>{expected});
+    // The silent system audio contributes nothing; video sources keep their order.
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "CAPTURE_START{"
+              "AUDIO_QUALITY=48 kHz, stereo, 16-bit,AUDIO_SOURCES=MICROPHONE"
+              ",AUDIO_VIDEO_SOURCES=SCREEN_WEBCAMERA_MICROPHONE_,BITRATE_QUALITY=75"
+              ",BITRATE_TYPE=ABR,CAPTURE_AREA_RECT=-1920,0:1920x1080,CAPTURE_AREA_SIZE=1920x1080"
+              ",CAPTURE_METHOD=DIRECTX,CAPTURE_MODE=GAME,CAPTURE_RECORDING_TYPE=CAPTURING"
+              ",CAPTURE_TYPE=STREAMING,CODEC=CODEC_ID_H264,CONVERTATION_PRESET=Faster,FPS=60"
+              ",FRAME_SIZE=1920x1080,HIGHLIGHT_CLICKS=NO,HIGHLIGHT_CLICKS_COLOR_LEFT=#0000ff"
+              ",HIGHLIGHT_CLICKS_COLOR_RIGHT=#ff0000,HIGHLIGHT_CURSOR=YES"
+              ",HIGHLIGHT_CURSOR_COLOR=#ffff00,HIGHLIGHT_CURSOR_SIZE=48,KEYSTROKES_TRANSLATE=NO"
+              ",METHOD=UNKNOWN,NOISE_CONTROL=YES,NVENC_ENABLED=NO,POSITION_WEBCAMERA=CENTER"
+              ",RECORD_KEYSTROKES=ALL,SHAPE_WEBCAMERA=CIRCLE,SHOW_CURSOR=YES,SIZE_WEBCAMERA=20"
+              ",SYSTEM_AUDIO=YES,TEXTURE_SHARING_ENABLED=YES,USE_CLICK_SOUNDS=YES"
+              ",VIDEO_SOURCES=SCREEN_WEBCAMERA,VOLUME_CLICK_SOUND=70,WEBCAMERA_FPS=30"
+              ",WEBCAMERA_RESOLUTION=640x480"
+              "}");
 }
 
 struct SourcesRow
@@ -249,14 +191,7 @@ struct SourcesRow
     std::string audio;
 };
 
-void PrintTo(const SourcesRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class StopSourcesTest : public CaptureFixture, public testing::WithParamInterface<SourcesRow>
-{
-};
+using StopSourcesTest = CaptureTable<SourcesRow>;
 
 // On a stop only audio sources with a level count; video sources never do.
 TEST_P(StopSourcesTest, DescribesAudioOnly)
@@ -265,26 +200,17 @@ TEST_P(StopSourcesTest, DescribesAudioOnly)
     capture.SetLevel("system", 9);
     capture.SetCaptureDuration(90500000);
     capture.Stop(0, {5242880}, GetParam().sources);
-    const Event expected{"CAPTURE_STOP",
-                         {{"REASON_STOP", "SUCCESS"},
-                          {"DURATION", "90"},
-                          {"CAPTURE_RECORDING_TYPE", ""},
-                          {"FILE_SIZE", "5242880"},
-                          {"AUDIO_VIDEO_SOURCES", GetParam().all},
-                          {"AUDIO_SOURCES", GetParam().audio}}};
-    EXPECT_EQ(tracker->Events(), std::vector<Event>{expected});
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "CAPTURE_STOP{AUDIO_SOURCES=" + GetParam().audio +
+                  ",AUDIO_VIDEO_SOURCES=" + GetParam().all +
+                  ",CAPTURE_RECORDING_TYPE=,DURATION=90,FILE_SIZE=5242880,REASON_STOP=SUCCESS}");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sources, StopSourcesTest,
-    testing::Values(SourcesRow{"TwoAudio",
-                               {kScreen, kMicrophone, kSystem},
-                               "MICROPHONE_SYSTEM_",
-                               "MICROPHONE_SYSTEM"},
-                    SourcesRow{"VideoOnly", {kScreen, kCamera}, "NONE", ""},
-                    SourcesRow{"NoSources", {}, "NONE", ""},
-                    SourcesRow{"UnknownAudioType", {{0x2080, "odd", false}}, "NONE", ""}),
-    [](const testing::TestParamInfo<SourcesRow>& info) { return info.param.label; });
+KT_ROWS(StopSourcesTest,
+        {{"TwoAudio", {kScreen, kMicrophone, kSystem}, "MICROPHONE_SYSTEM_", "MICROPHONE_SYSTEM"},
+         {"VideoOnly", {kScreen, kCamera}, "NONE", ""},
+         {"NoSources", {}, "NONE", ""},
+         {"UnknownAudioType", {{0x2080, "odd", false}}, "NONE", ""}});
 
 TEST_F(CaptureFixture, ConversionStartCarriesContextPresetAndAcceleration)
 {
@@ -302,20 +228,11 @@ TEST_F(CaptureFixture, ConversionStartCarriesContextPresetAndAcceleration)
     converter.Pause();
     converter.Resume();
     converter.Fail();
-    const std::vector<Event> expected = {
-        {"SAVING_CAPTURE_START",
-         {{"PROJECT_SIZE", "123456789"},
-          {"PRESET_ID", "mp4-1080p"},
-          {"OUTPUT_VIDEO_CODEC", "h264"},
-          {"OUTPUT_AUDIO_CODEC", "aac"},
-          {"OUTPUT_FORMAT", "mp4"},
-          {"CUT", "0-1500000;6000000-7000000"},
-          {"ACCELERATION_TYPE", "NVENC"}}},
-        {"SAVING_CAPTURE_PAUSE", {}},
-        {"SAVING_CAPTURE_RESUME", {}},
-        {"SAVING_CAPTURE_ERROR", {}},
-    };
-    EXPECT_EQ(tracker->Events(), expected);
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "SAVING_CAPTURE_START{ACCELERATION_TYPE=NVENC,CUT=0-1500000;6000000-7000000,"
+              "OUTPUT_AUDIO_CODEC=aac,OUTPUT_FORMAT=mp4,OUTPUT_VIDEO_CODEC=h264,"
+              "PRESET_ID=mp4-1080p,PROJECT_SIZE=123456789} SAVING_CAPTURE_PAUSE{} "
+              "SAVING_CAPTURE_RESUME{} SAVING_CAPTURE_ERROR{}");
 }
 
 TEST_F(CaptureFixture, ConversionPresetWithoutCodecsGivesEmptyTexts)
@@ -324,44 +241,33 @@ TEST_F(CaptureFixture, ConversionPresetWithoutCodecsGivesEmptyTexts)
     context.preset.name = "custom";
     converter.SetAccelerationType(9);
     converter.Start(context);
-    const std::vector<Event> expected = {{"SAVING_CAPTURE_START",
-                                          {{"PROJECT_SIZE", "0"},
-                                           {"PRESET_ID", "custom"},
-                                           {"OUTPUT_VIDEO_CODEC", ""},
-                                           {"OUTPUT_AUDIO_CODEC", ""},
-                                           {"OUTPUT_FORMAT", ""},
-                                           {"CUT", ""},
-                                           {"ACCELERATION_TYPE", "UNKNOWN"}}}};
-    EXPECT_EQ(tracker->Events(), expected);
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "SAVING_CAPTURE_START{ACCELERATION_TYPE=UNKNOWN,CUT=,OUTPUT_AUDIO_CODEC=,"
+              "OUTPUT_FORMAT=,OUTPUT_VIDEO_CODEC=,PRESET_ID=custom,PROJECT_SIZE=0}");
 }
 
 struct ResultRow
 {
+    const char* label;
     int result;
     std::string expected;
 };
 
-void PrintTo(const ResultRow& row, std::ostream* out)
-{
-    *out << row.result;
-}
-
-class ConversionResultTest : public CaptureFixture, public testing::WithParamInterface<ResultRow>
-{
-};
+using ConversionResultTest = CaptureTable<ResultRow>;
 
 TEST_P(ConversionResultTest, StopCarriesResultText)
 {
     converter.Finish(GetParam().result);
-    EXPECT_EQ(tracker->Events(),
-              (std::vector<Event>{{"SAVING_CAPTURE_FINISH", {{"RESULT", GetParam().expected}}}}));
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              "SAVING_CAPTURE_FINISH{RESULT=" + GetParam().expected + "}");
 }
 
-INSTANTIATE_TEST_SUITE_P(Results, ConversionResultTest,
-                         testing::Values(ResultRow{0, "SUCCESS"}, ResultRow{1, "CANCELED"},
-                                         ResultRow{2, "INVALID_DIR"},
-                                         ResultRow{3, "PROCESSING_ERROR"}, ResultRow{4, "UNKNOWN"},
-                                         ResultRow{-1, "UNKNOWN"}));
+KT_ROWS(ConversionResultTest, {{"Success", 0, "SUCCESS"},
+                               {"Canceled", 1, "CANCELED"},
+                               {"InvalidDir", 2, "INVALID_DIR"},
+                               {"Error", 3, "PROCESSING_ERROR"},
+                               {"AboveKnown", 4, "UNKNOWN"},
+                               {"Negative", -1, "UNKNOWN"}});
 
 TEST(ConverterObserverTest, OutputPathUnderItsConfiguredKey)
 {

@@ -10,6 +10,7 @@
 
 #include "Support/QtPump.h"
 #include "Support/RecordingTracker.h"
+#include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
@@ -124,11 +125,6 @@ struct OutlineRow
     std::vector<std::string> says;
 };
 
-void PrintTo(const OutlineRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
 const std::vector<OutlineRow> kOutlineRows = {
     {"HookedOnce",
      [](Host& h) { return h.ok; },
@@ -158,9 +154,7 @@ const std::vector<OutlineRow> kOutlineRows = {
     {"NamedButHidden", [](Host& h) { return h.hidden; }, std::nullopt, {}},
 };
 
-class HookHighlightOutlineTest : public testing::TestWithParam<OutlineRow>
-{
-};
+using HookHighlightOutlineTest = KtTest::Table<OutlineRow>;
 
 // The outlines the overlays draw, from the reports of a real attach (any platform).
 TEST_P(HookHighlightOutlineTest, OutlinesWhatTheReportsSaid)
@@ -197,9 +191,7 @@ TEST_P(HookHighlightOutlineTest, OutlinesWhatTheReportsSaid)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Widgets, HookHighlightOutlineTest, testing::ValuesIn(kOutlineRows),
-                         [](const testing::TestParamInfo<OutlineRow>& info)
-                         { return std::string(info.param.label); });
+KT_ROWS(HookHighlightOutlineTest, kOutlineRows);
 
 // Every property, dynamic property, attribute, window flag and child of the window's widgets.
 std::vector<std::string> Snapshot(QWidget* window)

@@ -8,12 +8,14 @@
 #include "Module/Editing/IVECommunicationObserver.h"
 #include "Tracking/InstancesHandler.h"
 
+#include "Support/Table.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <stdexcept>
+#include <utility>
 
 using namespace Velkor;
 using InstancesTest::RecordingTracker;
@@ -58,33 +60,20 @@ TEST_F(InstancesHandlerTest, NullTrackerIsRefused)
     EXPECT_THROW(InstancesHandler(nullptr), std::logic_error);
 }
 
-TEST_F(InstancesHandlerTest, AttachingTwiceObservesOnce)
-{
-    CountingScheduler scheduler;
-    registry.Register<KT::IScheduler>(&scheduler);
-    auto handler = MakeHandler(kSchedulerSection);
-    handler->AttachInstances();
-    handler->AttachInstances();
-    EXPECT_EQ(scheduler.ObserverCount(), 1u);
-    scheduler.StartScheduledCapture();
-    ASSERT_EQ(tracker->Events().size(), 1u);
-    EXPECT_EQ(tracker->Events()[0],
-              (InstancesTest::Event{"SCHEDULER_START", {{"METHOD", "SCHEDULER"}}}));
-    handler.reset();
-    EXPECT_EQ(scheduler.removals, 1);
-    EXPECT_EQ(scheduler.ObserverCount(), 0u);
-}
-
-TEST_F(InstancesHandlerTest, EachHandlerDetachesItsOwnObserverOnce)
+// Attaching twice observes once; each handler detaches its own observer, once.
+TEST_F(InstancesHandlerTest, EachHandlerObservesOnceAndDetachesItsOwnObserver)
 {
     CountingScheduler scheduler;
     registry.Register<KT::IScheduler>(&scheduler);
     auto first = MakeHandler(kSchedulerSection);
     auto second = MakeHandler(kSchedulerSection);
     first->AttachInstances();
+    first->AttachInstances();
     second->AttachInstances();
+    EXPECT_EQ(scheduler.ObserverCount(), 2u);
     scheduler.StartScheduledCapture();
-    EXPECT_EQ(tracker->Events().size(), 2u);
+    EXPECT_EQ(tracker->Events(), (std::vector<InstancesTest::Event>(
+                                     2, {"SCHEDULER_START", {{"METHOD", "SCHEDULER"}}})));
     first.reset();
     EXPECT_EQ(scheduler.removals, 1);
     scheduler.StartScheduledCapture();
@@ -149,11 +138,6 @@ struct CancelRow
     std::vector<std::string> expected;
 };
 
-void PrintTo(const CancelRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
 class CancelOnlyTest : public InstancesHandlerTest, public testing::WithParamInterface<CancelRow>
 {
 };
@@ -170,110 +154,54 @@ TEST_P(CancelOnlyTest, CancelNeedsAnotherCallback)
     registry.Unregister<KT::ICaptureInfo>(&capture);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sections, CancelOnlyTest,
-    testing::Values(
-        CancelRow{"CancelAlone", R"(<ICaptureInfo><cancel event="CANCEL"/></ICaptureInfo>)", {}},
-        CancelRow{"CancelAndError",
-                  R"(<ICaptureInfo><cancel event="CANCEL"/><error event="ERROR"/></ICaptureInfo>)",
-                  {"CANCEL", "ERROR"}},
-        CancelRow{"CancelAndStart",
-                  R"(<ICaptureInfo><start event="START"/><cancel event="CANCEL"/></ICaptureInfo>)",
-                  {"CANCEL"}},
-        CancelRow{"EmptySection", R"(<ICaptureInfo/>)", {}}),
-    [](const testing::TestParamInfo<CancelRow>& info) { return info.param.label; });
+KT_ROWS(CancelOnlyTest,
+        {{"CancelAlone", R"(<ICaptureInfo><cancel event="CANCEL"/></ICaptureInfo>)", {}},
+         {"CancelAndError",
+          R"(<ICaptureInfo><cancel event="CANCEL"/><error event="ERROR"/></ICaptureInfo>)",
+          {"CANCEL", "ERROR"}},
+         {"CancelAndStart",
+          R"(<ICaptureInfo><start event="START"/><cancel event="CANCEL"/></ICaptureInfo>)",
+          {"CANCEL"}},
+         {"EmptySection", R"(<ICaptureInfo/>)", {}}});
 
-// Objects registered after AttachInstances(), with the shipped configuration: observed at once,
-// except the two settings kinds that only an explicit attach reaches.
-struct LateRow
+// Objects registered after AttachInstances(), with the shipped configuration, are observed at
+// once, except the settings kinds that only an explicit attach reaches; never twice.
+TEST_F(InstancesHandlerTest, LateObjectsObservedAtOnceOrAtTheNextAttach)
 {
-    const char* label;
-    // Registers a new object, returns a function that makes it notify once, and unregisters it
-    // when the returned holder dies.
-    std::function<std::shared_ptr<std::function<void()>>(InstanceRegistry&)> make;
-    bool observedAtOnce;
-};
-
-void PrintTo(const LateRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-template <class Interface, class Object, class Notify>
-std::shared_ptr<std::function<void()>> Registered(InstanceRegistry& registry, Notify notify)
-{
-    auto object = std::make_shared<Object>();
-    registry.Register<Interface>(object.get());
-    auto trigger = std::shared_ptr<std::function<void()>>(
-        new std::function<void()>([object, notify] { notify(*object); }),
-        [object, &registry](std::function<void()>* function)
-        {
-            registry.Unregister<Interface>(object.get());
-            delete function;
-        });
-    return trigger;
-}
-
-template <class Settings>
-LateRow SettingsRow(const char* label, const char* field, QVariantList value, bool atOnce)
-{
-    return LateRow{label,
-                   [field, value](InstanceRegistry& registry)
-                   {
-                       return Registered<Settings, Settings>(
-                           registry, [field, value](Settings& s) { s.Set(field, value); });
-                   },
-                   atOnce};
-}
-
-class LateRegistrationTest : public InstancesHandlerTest,
-                             public testing::WithParamInterface<LateRow>
-{
-};
-
-TEST_P(LateRegistrationTest, ObservedAtOnceOrAtNextAttach)
-{
+    KT::Scheduler scheduler;
+    KT::HotkeySettings hotkeys;
+    KT::CaptureStreamingSettings streaming;
+    KT::CaptureFinishActionSettings finish;
     InstancesHandler handler(tracker);
     handler.SetConfig(InstancesTest::ShippedInstances());
     handler.AttachInstances();
-    const auto trigger = GetParam().make(registry);
-    (*trigger)();
-    EXPECT_EQ(tracker->Events().size(), GetParam().observedAtOnce ? 1u : 0u);
-    handler.AttachInstances();
-    tracker->Clear();
-    (*trigger)();
-    EXPECT_EQ(tracker->Events().size(), 1u);
+    registry.Register<KT::IScheduler>(&scheduler);
+    registry.Register(&hotkeys);
+    registry.Register(&streaming);
+    registry.Register(&finish);
+    Module::Editing::VECommunicationEventPublisher publisher;  // files itself while it lives
+    const std::vector<std::pair<bool, std::function<void()>>> late = {
+        {true, [&] { scheduler.StartScheduledCapture(); }},
+        {true,
+         [&] { publisher.Publish(&Module::Editing::IVECommunicationObserver::OnExportRequested); }},
+        {true, [&] { hotkeys.Set("startStop", {QString("F9")}); }},
+        {false, [&] { streaming.Set("serverName", {QString("eu")}); }},
+        {false, [&] { finish.Set("finishAction", {2}); }}};
+    for (const bool attachedAgain : {false, true})
+    {
+        for (std::size_t i = 0; i < late.size(); ++i)
+        {
+            tracker->Clear();
+            late[i].second();
+            EXPECT_EQ(tracker->Events().size(), attachedAgain || late[i].first ? 1u : 0u) << i;
+        }
+        handler.AttachInstances();
+    }
+    registry.Unregister(&finish);
+    registry.Unregister(&streaming);
+    registry.Unregister(&hotkeys);
+    registry.Unregister<KT::IScheduler>(&scheduler);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, LateRegistrationTest,
-    testing::Values(
-        LateRow{"Scheduler",
-                [](InstanceRegistry& r)
-                {
-                    return Registered<KT::IScheduler, KT::Scheduler>(
-                        r, [](KT::Scheduler& s) { s.StartScheduledCapture(); });
-                },
-                true},
-        LateRow{"VideoEditorPublisher",
-                [](InstanceRegistry&)
-                {
-                    // Files itself in the registry while it lives.
-                    auto publisher =
-                        std::make_shared<Module::Editing::VECommunicationEventPublisher>();
-                    return std::make_shared<std::function<void()>>(
-                        [publisher] {
-                            publisher->Publish(
-                                &Module::Editing::IVECommunicationObserver::OnExportRequested);
-                        });
-                },
-                true},
-        SettingsRow<KT::HotkeySettings>("Hotkeys", "startStop", {QString("F9")}, true),
-        SettingsRow<KT::CaptureCursorSettings>("Cursor", "volumeClick", {4}, true),
-        SettingsRow<KT::CaptureStreamingSettings>("Streaming", "serverName", {QString("eu")},
-                                                  false),
-        SettingsRow<KT::CaptureFinishActionSettings>("FinishAction", "finishAction", {2}, false)),
-    [](const testing::TestParamInfo<LateRow>& info) { return info.param.label; });
 
 TEST_F(InstancesHandlerTest, SharingIsObservedThroughItsSignal)
 {

@@ -1,6 +1,8 @@
+#include "Support/EventsText.h"
 #include "Support/InstancesConfig.h"
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
+#include "Support/Table.h"
 
 #include "Analytics/AnalyticsConstants.h"
 #include "App/ILaunchTypeProcessor.h"
@@ -19,7 +21,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <ostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -63,9 +65,13 @@ const char kInstancesOnlyDocument[] = R"(<ktmstat><instances>
     <IScheduler><start event="SCHEDULER_START_2"/></IScheduler>
 </instances></ktmstat>)";
 
+// A registered scheduler, for the instances side of a configuration.
 class StatisticsManagerTest : public testing::Test
 {
 protected:
+    StatisticsManagerTest() { registry.Register<KT::IScheduler>(&scheduler); }
+    ~StatisticsManagerTest() override { registry.Unregister<KT::IScheduler>(&scheduler); }
+
     std::unique_ptr<StatisticsManager> Make(const std::vector<FillerTypes>& fillers,
                                             int launchType = App::ILaunchTypeProcessor::EveryStart,
                                             std::vector<std::string> failed = {})
@@ -89,17 +95,36 @@ protected:
         return window;
     }
 
+    // Attaches a new window and the instances, then clicks the stop button and starts the
+    // scheduler: the events that gives.
+    std::vector<std::string> AttachAndPoke(StatisticsManager& manager)
+    {
+        auto window = MakeWindow();
+        manager.AttachQObject(window.get());
+        manager.AttachInstances();
+        tracker->Clear();
+        StopButton(window.get())->click();
+        scheduler.StartScheduledCapture();
+        return tracker->Names();
+    }
+
     static QPushButton* StopButton(QWidget* window)
     {
         return window->findChild<QPushButton*>("stopButton");
     }
 
     KT::InstanceRegistry registry;
+    KT::Scheduler scheduler;
     std::shared_ptr<HookTracker> tracker = std::make_shared<HookTracker>();
     std::shared_ptr<App::LookAndFeelManager> language =
         std::make_shared<App::LookAndFeelManager>("de");
     std::shared_ptr<KT::ConvertationSettings> convertation =
         std::make_shared<KT::ConvertationSettings>();
+};
+
+template <class Row>
+class StatisticsManagerTable : public StatisticsManagerTest, public testing::WithParamInterface<Row>
+{
 };
 
 // --- start events -------------------------------------------------------------------------------
@@ -110,18 +135,10 @@ struct StartRow
     int launchType;
     std::vector<FillerTypes> fillers;
     std::string expectedName;
-    std::vector<std::string> expectedKeys;  // present
-    std::vector<std::string> absentKeys;
+    std::string keys;  // "+KEY" present, "-KEY" absent, blank-separated
 };
 
-void PrintTo(const StartRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class StartEventTest : public StatisticsManagerTest, public testing::WithParamInterface<StartRow>
-{
-};
+using StartEventTest = StatisticsManagerTable<StartRow>;
 
 TEST_P(StartEventTest, OneStartEventNamedByLaunchType)
 {
@@ -131,13 +148,10 @@ TEST_P(StartEventTest, OneStartEventNamedByLaunchType)
     const auto events = tracker->Events();
     ASSERT_EQ(events.size(), 1u);
     EXPECT_EQ(events[0].name, row.expectedName);
-    for (const std::string& key : row.expectedKeys)
+    std::istringstream keys(row.keys);
+    for (std::string key; keys >> key;)
     {
-        EXPECT_EQ(events[0].params.count(key), 1u) << key;
-    }
-    for (const std::string& key : row.absentKeys)
-    {
-        EXPECT_EQ(events[0].params.count(key), 0u) << key;
+        EXPECT_EQ(events[0].params.count(key.substr(1)), key[0] == '+' ? 1u : 0u) << key;
     }
     if (row.fillers.empty())
     {
@@ -147,33 +161,35 @@ TEST_P(StartEventTest, OneStartEventNamedByLaunchType)
 
 const std::vector<FillerTypes> kCountryAndLanguage = {FillerTypes::CountryName,
                                                       FillerTypes::AppLanguage};
+constexpr int kMinor = App::ILaunchTypeProcessor::FirstStartAfterMinorUpdate;
 
-INSTANTIATE_TEST_SUITE_P(
-    LaunchTypes, StartEventTest,
-    testing::Values(
-        StartRow{"NoFillers", 2, {}, Analytics::APP_EVERY_START, {}, {}},
-        StartRow{"NoFillersFirstStart", 1, {}, Analytics::APP_FIRST_START, {}, {}},
-        StartRow{"FirstStartHasCountry", 1, kCountryAndLanguage, Analytics::APP_FIRST_START,
-                 {"COUNTRY_NAME", "APP_LANGUAGE"}, {}},
-        StartRow{"EveryStartHasNoCountry", 2, kCountryAndLanguage, Analytics::APP_EVERY_START,
-                 {"APP_LANGUAGE"}, {"COUNTRY_NAME"}},
-        StartRow{"MinorUpdateHasCountry", 3, kCountryAndLanguage,
-                 Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE, {"COUNTRY_NAME", "APP_LANGUAGE"},
-                 {}},
-        StartRow{"UnknownTypeIsOrdinary", 42, kCountryAndLanguage, Analytics::APP_EVERY_START,
-                 {"APP_LANGUAGE"}, {"COUNTRY_NAME"}},
-        StartRow{"UnrequestedFillersNeverRun", 1, {FillerTypes::AppConfig},
-                 Analytics::APP_FIRST_START, {"APP_BITS"},
-                 {"APP_LANGUAGE", "COUNTRY_NAME", "MONITORS_COUNT", "HP_ENABLED"}},
-        StartRow{"HyperPassIsNotPartOfStart", 1, {FillerTypes::HyperPass},
-                 Analytics::APP_FIRST_START, {}, {"HP_ENABLED"}}));
+KT_ROWS(StartEventTest,
+        {{"NoFillers", 2, {}, Analytics::APP_EVERY_START, ""},
+         {"NoFillersFirstStart", 1, {}, Analytics::APP_FIRST_START, ""},
+         {"FirstStartHasCountry", 1, kCountryAndLanguage, Analytics::APP_FIRST_START,
+          "+COUNTRY_NAME +APP_LANGUAGE"},
+         {"EveryStartHasNoCountry", 2, kCountryAndLanguage, Analytics::APP_EVERY_START,
+          "+APP_LANGUAGE -COUNTRY_NAME"},
+         {"MinorUpdateHasCountry", kMinor, kCountryAndLanguage,
+          Analytics::APP_FIRST_START_AFTER_MINOR_UPDATE, "+COUNTRY_NAME +APP_LANGUAGE"},
+         {"UnknownTypeIsOrdinary", 42, kCountryAndLanguage, Analytics::APP_EVERY_START,
+          "+APP_LANGUAGE -COUNTRY_NAME"},
+         {"UnrequestedFillersNeverRun",
+          1,
+          {FillerTypes::AppConfig},
+          Analytics::APP_FIRST_START,
+          "+APP_BITS -APP_LANGUAGE -COUNTRY_NAME -MONITORS_COUNT -HP_ENABLED"},
+         {"HyperPassIsNotPartOfStart",
+          1,
+          {FillerTypes::HyperPass},
+          Analytics::APP_FIRST_START,
+          "-HP_ENABLED"}});
 
 TEST_F(StatisticsManagerTest, StartEventCarriesTheLanguageOfTheMoment)
 {
     language->SetLanguage("pt_BR");
     auto manager = Make({FillerTypes::AppLanguage});
-    ASSERT_EQ(tracker->Events().size(), 1u);
-    EXPECT_EQ(tracker->Events()[0].params, (Event::Params{{"APP_LANGUAGE", "pt_BR"}}));
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()), "APP_EVERY_START{APP_LANGUAGE=pt_BR}");
 }
 
 // --- failures -----------------------------------------------------------------------------------
@@ -183,21 +199,11 @@ TEST_F(StatisticsManagerTest, FailuresInCrashTrackerOrderBeforeTheStart)
     auto manager = Make({FillerTypes::AppLanguage, FillerTypes::HyperPass},
                         App::ILaunchTypeProcessor::EveryStart, {"session-b", "session-a"});
 
-    const Event::Params failureBase = {{"APP_LANGUAGE", "de"},
-                                       {"EXCEPTION_MESSAGE", ""},
-                                       {"EXCEPTION_STACKTRACE", ""},
-                                       {"EXCEPTION_TYPE", ""},
-                                       {"HP_ENABLED", "NO"}};
-    auto failure = [&](const std::string& session)
-    {
-        Event event{Analytics::APP_FAILED, failureBase};
-        event.params[Analytics::SID] = session;
-        return event;
-    };
-    const std::vector<Event> expected = {
-        failure("session-b"), failure("session-a"),
-        Event{Analytics::APP_EVERY_START, {{"APP_LANGUAGE", "de"}}}};
-    EXPECT_EQ(tracker->Events(), expected);
+    const std::string failure =
+        "APP_FAILED{APP_LANGUAGE=de,EXCEPTION_MESSAGE=,EXCEPTION_STACKTRACE=,EXCEPTION_TYPE=,"
+        "HP_ENABLED=NO,SID=";
+    EXPECT_EQ(KtTest::EventsText(tracker->Events()),
+              failure + "session-b} " + failure + "session-a} APP_EVERY_START{APP_LANGUAGE=de}");
 }
 
 TEST_F(StatisticsManagerTest, HyperPassFillerReadsTheSettingsWhenAFailureIsSent)
@@ -223,15 +229,7 @@ struct NullRow
     bool throws;
 };
 
-void PrintTo(const NullRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class NullCollaboratorTest : public StatisticsManagerTest,
-                             public testing::WithParamInterface<NullRow>
-{
-};
+using NullCollaboratorTest = StatisticsManagerTable<NullRow>;
 
 TEST_P(NullCollaboratorTest, RequiredCollaboratorsAreChecked)
 {
@@ -259,34 +257,18 @@ TEST_P(NullCollaboratorTest, RequiredCollaboratorsAreChecked)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Collaborators, NullCollaboratorTest,
-    testing::Values(NullRow{"NoTracker", false, true, true, true, {}, true},
-                    NullRow{"NoLaunchType", true, false, true, true, {}, true},
-                    NullRow{"NoCrashTracker", true, true, false, true, {}, true},
-                    NullRow{"NoSettingsWithHyperPass", true, true, true, false,
-                            {FillerTypes::HyperPass}, true},
-                    NullRow{"NoSettingsWithoutHyperPass", true, true, true, false,
-                            {FillerTypes::AppLanguage}, false},
-                    NullRow{"NoLookAndFeel", true, true, true, true, {FillerTypes::AppLanguage},
-                            false}));
+KT_ROWS(NullCollaboratorTest,
+        {{"NoTracker", false, true, true, true, {}, true},
+         {"NoLaunchType", true, false, true, true, {}, true},
+         {"NoCrashTracker", true, true, false, true, {}, true},
+         {"NoSettingsWithHyperPass", true, true, true, false, {FillerTypes::HyperPass}, true},
+         {"NoSettingsWithoutHyperPass", true, true, true, false, {FillerTypes::AppLanguage}, false},
+         {"NoLookAndFeel", true, true, true, true, {FillerTypes::AppLanguage}, false}});
 
 // --- exit ---------------------------------------------------------------------------------------
 
-TEST_F(StatisticsManagerTest, ExitEventCarriesOnlyTheLanguageAtExit)
-{
-    auto manager = Make({FillerTypes::AppLanguage, FillerTypes::AppConfig});
-    language->SetLanguage("fr");
-    tracker->Clear();
-    manager.reset();
-    EXPECT_EQ(tracker->Events(),
-              (std::vector<Event>{Event{Analytics::APP_EXIT, {{"APP_LANGUAGE", "fr"}}}}));
-}
-
 TEST_F(StatisticsManagerTest, ExitEventGoesOutWhileBothHandlersStillTrack)
 {
-    KT::Scheduler scheduler;
-    registry.Register<KT::IScheduler>(&scheduler);
     auto window = MakeWindow();
     auto manager = Make({});
     manager->SetConfig(kGuiDocument);
@@ -310,7 +292,6 @@ TEST_F(StatisticsManagerTest, ExitEventGoesOutWhileBothHandlersStillTrack)
     StopButton(window.get())->click();
     scheduler.StartScheduledCapture();
     EXPECT_TRUE(tracker->Events().empty());
-    registry.Unregister<KT::IScheduler>(&scheduler);
 }
 
 TEST_F(StatisticsManagerTest, ExitEventFailureIsLoggedNotThrown)
@@ -330,23 +311,12 @@ struct BadDocumentRow
 {
     const char* label;
     std::string document;
-    std::string messageStart;
 };
 
-void PrintTo(const BadDocumentRow& row, std::ostream* out)
-{
-    *out << row.label;
-}
-
-class BadDocumentTest : public StatisticsManagerTest,
-                        public testing::WithParamInterface<BadDocumentRow>
-{
-};
+using BadDocumentTest = StatisticsManagerTable<BadDocumentRow>;
 
 TEST_P(BadDocumentTest, LoggedAndPreviousConfigurationKept)
 {
-    KT::Scheduler scheduler;
-    registry.Register<KT::IScheduler>(&scheduler);
     auto manager = Make({});
     manager->SetConfig(kGuiDocument);
 
@@ -355,58 +325,30 @@ TEST_P(BadDocumentTest, LoggedAndPreviousConfigurationKept)
     const auto lines = log.Lines();
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(lines[0].severity, google::GLOG_ERROR);
-    EXPECT_EQ(lines[0].message.rfind(GetParam().messageStart, 0), 0u) << lines[0].message;
-    EXPECT_GT(lines[0].message.size(), GetParam().messageStart.size());
+    const std::string start = "Can't read configuration: ";
+    EXPECT_EQ(lines[0].message.rfind(start, 0), 0u) << lines[0].message;
+    EXPECT_GT(lines[0].message.size(), start.size());
 
     // Both handlers still work with the first document.
-    auto window = MakeWindow();
-    manager->AttachQObject(window.get());
-    manager->AttachInstances();
-    tracker->Clear();
-    StopButton(window.get())->click();
-    scheduler.StartScheduledCapture();
-    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"STOP", "SCHEDULER_START"}));
-    registry.Unregister<KT::IScheduler>(&scheduler);
+    EXPECT_EQ(AttachAndPoke(*manager), (std::vector<std::string>{"STOP", "SCHEDULER_START"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Documents, BadDocumentTest,
-    testing::Values(
-        BadDocumentRow{"Empty", "", "Can't read configuration: "},
-        BadDocumentRow{"FilterRoot", "<filter/>", "Can't read configuration: "},
-        BadDocumentRow{"NotWellFormed", "<ktmstat><gui>", "Can't read configuration: "},
-        BadDocumentRow{"Doctype",
-                       R"(<?xml version="1.0"?><!DOCTYPE ktmstat [<!ENTITY x SYSTEM "file:///etc/hostname">]><ktmstat/>)",
-                       "Can't read configuration: "},
-        BadDocumentRow{"BadBoolean", R"(<ktmstat><gui><widget id="w" idIsRoot="maybe"/></gui></ktmstat>)",
-                       "Can't read configuration: "}));
+KT_ROWS(
+    BadDocumentTest,
+    {{"Empty", ""},
+     {"FilterRoot", "<filter/>"},
+     {"NotWellFormed", "<ktmstat><gui>"},
+     {"Doctype",
+      R"(<?xml version="1.0"?><!DOCTYPE ktmstat [<!ENTITY x SYSTEM "file:///etc/hostname">]><ktmstat/>)"},
+     {"BadBoolean", R"(<ktmstat><gui><widget id="w" idIsRoot="maybe"/></gui></ktmstat>)"}});
 
 TEST_F(StatisticsManagerTest, DocumentWithOnlyInstancesEmptiesTheGuiSection)
 {
-    KT::Scheduler scheduler;
-    registry.Register<KT::IScheduler>(&scheduler);
     auto manager = Make({});
     manager->SetConfig(kGuiDocument);
     manager->SetConfig(kInstancesOnlyDocument);
 
-    auto window = MakeWindow();
-    manager->AttachQObject(window.get());
-    manager->AttachInstances();
-    tracker->Clear();
-    StopButton(window.get())->click();
-    scheduler.StartScheduledCapture();
-    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"SCHEDULER_START_2"}));
-    registry.Unregister<KT::IScheduler>(&scheduler);
-}
-
-TEST_F(StatisticsManagerTest, AttachingBeforeConfigurationTracksNothing)
-{
-    auto manager = Make({});
-    auto window = MakeWindow();
-    manager->AttachQObject(window.get());
-    tracker->Clear();
-    StopButton(window.get())->click();
-    EXPECT_TRUE(tracker->Events().empty());
+    EXPECT_EQ(AttachAndPoke(*manager), (std::vector<std::string>{"SCHEDULER_START_2"}));
 }
 
 TEST_F(StatisticsManagerTest, RootAndTargetAttachOnlyTheTarget)
@@ -433,8 +375,8 @@ TEST_F(StatisticsManagerTest, RootAndTargetAttachOnlyTheTarget)
 class CountingManager : public StatisticsManager
 {
 public:
-    using StatisticsManager::StatisticsManager;
     using StatisticsManager::AttachQObject;
+    using StatisticsManager::StatisticsManager;
     void AttachQObject(QObject* root) override
     {
         attached.push_back(root);
@@ -445,10 +387,9 @@ public:
 
 TEST_F(StatisticsManagerTest, TopLevelWindowsAndTheirSharedActionAttachedOnce)
 {
-    CountingManager manager(tracker, language, nullptr, nullptr,
-                            std::make_shared<FixedLaunchType>(2),
-                            std::make_shared<ListCrashTracker>(std::vector<std::string>{}),
-                            convertation, {});
+    CountingManager manager(
+        tracker, language, nullptr, nullptr, std::make_shared<FixedLaunchType>(2),
+        std::make_shared<ListCrashTracker>(std::vector<std::string>{}), convertation, {});
     manager.SetConfig(kGuiDocument);
 
     QAction quit(nullptr);
