@@ -8,6 +8,7 @@
 
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
+#include "Support/Named.h"
 #include "Support/RecordingTracker.h"
 #include "Support/Table.h"
 
@@ -33,6 +34,7 @@ using Velkor::KT::Tracking::AttachReport;
 using Velkor::KT::Tracking::GuiHandler;
 using Velkor::KT::Tracking::StatisticsManager;
 using Kind = AttachReport::ProblemKind;
+using KtTest::Named;
 
 namespace
 {
@@ -45,28 +47,21 @@ struct Windows
     Windows()
     {
         main.setObjectName("MainWindow");
-        panel->setObjectName("panel");
-        ok->setObjectName("okButton");
-        title->setObjectName("titleLabel");
-        mode->setObjectName("modeCombo");
-        mode->addItems({"Game", "Desktop"});
-        about->setObjectName("AboutDialog");
-        quit->setObjectName("actionQuit");
         registry.setObjectName("actionRegistry");
-        aboutAction->setObjectName("actionAbout");
+        mode->addItems({"Game", "Desktop"});
         main.addAction(quit);
         main.addAction(aboutAction);
     }
 
     QObject registry;
     QWidget main;
-    QWidget* panel = new QWidget(&main);
-    QPushButton* ok = new QPushButton(panel);
-    QLabel* title = new QLabel(panel);
-    QComboBox* mode = new QComboBox(panel);
-    QDialog* about = new QDialog(&main);
-    QAction* quit = new QAction(&main);
-    QAction* aboutAction = new QAction(&registry);
+    QWidget* panel = Named<QWidget>("panel", &main);
+    QPushButton* ok = Named<QPushButton>("okButton", panel);
+    QLabel* title = Named<QLabel>("titleLabel", panel);
+    QComboBox* mode = Named<QComboBox>("modeCombo", panel);
+    QDialog* about = Named<QDialog>("AboutDialog", &main);
+    QAction* quit = Named<QAction>("actionQuit", &main);
+    QAction* aboutAction = Named<QAction>("actionAbout", &registry);
 };
 
 // One line of a document; `kind` the problem expected of the entry that starts on it.

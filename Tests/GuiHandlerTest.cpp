@@ -8,6 +8,7 @@
 
 #include "Support/EventsText.h"
 #include "Support/FilterProbe.h"
+#include "Support/Named.h"
 #include "Support/RecordingTracker.h"
 #include "Support/Table.h"
 
@@ -35,6 +36,7 @@
 namespace Config = Velkor::KT::Tracking::Config;
 using KtTest::FilterProbe;
 using KtTest::Filters;
+using KtTest::Named;
 using Velkor::KT::ButtonWithPopUpList;
 using Velkor::KT::Tracking::GuiHandler;
 using Velkor::KT::Tracking::IKtTracker;
@@ -260,19 +262,11 @@ public:
     SearchTree()
     {
         root.setObjectName("root");
-        auto* top = Make<QWidget>("topFrame", &root);
-        A = Make<QPushButton>("settingsButton", Make<QWidget>("inner", top));
-        B = Make<QPushButton>("settingsButton", &root);
-        C = Make<QPushButton>("okButton1", &root);
-        D = Make<QPushButton>("okButton2", Make<QWidget>("otherFrame", &root));
-    }
-
-    template <typename T>
-    static T* Make(const char* name, QWidget* parent)
-    {
-        auto* widget = new T(parent);
-        widget->setObjectName(name);
-        return widget;
+        auto* top = Named<QWidget>("topFrame", &root);
+        A = Named<QPushButton>("settingsButton", Named<QWidget>("inner", top));
+        B = Named<QPushButton>("settingsButton", &root);
+        C = Named<QPushButton>("okButton1", &root);
+        D = Named<QPushButton>("okButton2", Named<QWidget>("otherFrame", &root));
     }
 
     QWidget root;

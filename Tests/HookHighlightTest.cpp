@@ -8,6 +8,7 @@
 #include "Tracking/Gui/HighlightOverlay.h"
 #include "Tracking/GuiHandler.h"
 
+#include "Support/Named.h"
 #include "Support/QtPump.h"
 #include "Support/RecordingTracker.h"
 #include "Support/Table.h"
@@ -35,6 +36,7 @@
 #include <vector>
 
 namespace Config = Velkor::KT::Tracking::Config;
+using KtTest::Named;
 using Velkor::KT::Tracking::AttachReport;
 using Velkor::KT::Tracking::GuiHandler;
 using Velkor::KT::Tracking::HookHighlight;
@@ -64,12 +66,6 @@ struct Host
     Host()
     {
         window.setObjectName("MainWindow");
-        panel->setObjectName("panel");
-        twice->setObjectName("twiceButton");
-        ok->setObjectName("okButton");
-        label->setObjectName("namedLabel");
-        hidden->setObjectName("hiddenButton");
-        quit->setObjectName("actionQuit");
         window.addAction(quit);
         tool->setDefaultAction(quit);
         (new QVBoxLayout(panel))->addWidget(twice);
@@ -84,14 +80,14 @@ struct Host
     }
 
     QWidget window;
-    QWidget* panel = new QWidget(&window);
-    QPushButton* twice = new QPushButton("Twice", panel);
+    QWidget* panel = Named<QWidget>("panel", &window);
+    QPushButton* twice = Named<QPushButton>("twiceButton", "Twice", panel);
     QToolButton* tool = new QToolButton(&window);
-    QLabel* label = new QLabel("Named", &window);
+    QLabel* label = Named<QLabel>("namedLabel", "Named", &window);
     QPushButton* plain = new QPushButton("Plain", &window);
-    QPushButton* ok = new QPushButton("OK", &window);
-    QPushButton* hidden = new QPushButton("Hidden", &window);
-    QAction* quit = new QAction("Quit", &window);
+    QPushButton* ok = Named<QPushButton>("okButton", "OK", &window);
+    QPushButton* hidden = Named<QPushButton>("hiddenButton", "Hidden", &window);
+    QAction* quit = Named<QAction>("actionQuit", "Quit", &window);
 };
 
 // Attaches the host the way the statistics manager attaches all windows (the window, then each

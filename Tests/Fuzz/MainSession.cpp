@@ -1,6 +1,7 @@
 #include "MainSession.h"
 
 #include "../Support/LaunchAndCrashDoubles.h"
+#include "../Support/Named.h"
 #include "App/LookAndFeelManager.h"
 #include "App/ioPath.h"
 #include "KT/CaptureInfo.h"
@@ -46,6 +47,7 @@ namespace
 
 namespace KT = Velkor::KT;
 namespace App = Velkor::App;
+using KtTest::Named;
 
 // Host objects that report by signals of their own.
 class SignalSource : public QObject
@@ -66,43 +68,18 @@ struct Windows
     Windows()
     {
         main.setObjectName("MainWindow");
-        auto* central = new QWidget(&main);
         main.setCentralWidget(central);
-        recButton = new QPushButton("Rec", central);
-        recButton->setObjectName("recButton");
-        webCameraButton = new QPushButton("Camera", central);
-        webCameraButton->setObjectName("webCameraButton");
         webCameraButton->setCheckable(true);
-        captureMode = new QComboBox(central);
-        captureMode->setObjectName("captureModeComboBox");
         captureMode->addItems({"Game", "Desktop"});
-        auto* audio = new QWidget(central);
-        audio->setObjectName("audioSourcesPanel");
-        microphone = new QComboBox(audio);
-        microphone->setObjectName("microphoneComboBox");
         microphone->addItem("Built-in", QString("mic-0"));
         microphone->addItem("Headset", QString("mic-1"));
-        homePage = new QLabel(central);
-        homePage->setObjectName("homePageLabel");
-        preset = new KT::UI::AbstractPresetButton("Capture-FullscreenCapture", central);
-        preset->setObjectName("capturePresetButton");
-        recent = new KT::ButtonWithPopUpList(central);
-        recent->setObjectName("recentProjectsButton");
         recent->SetItems({"first", "second"});
-        hotkeys = new SignalSource("GlobalHotkeyManager", &main);
-        player = new SignalSource("playerControl", central);
         startRecord = main.menuBar()->addMenu("Capture")->addAction("Start");
         startRecord->setObjectName("ActionStartRecord");
         startRecord->setProperty("state", "Configuring");
         main.addAction(startRecord);
-
         panel.setObjectName("CaptureControlPanel");
-        stopButton = new QPushButton("Stop", &panel);
-        stopButton->setObjectName("stopButton");
-        brush = new QPushButton("Brush", &panel);
-        brush->setObjectName("brushSettingsButton");
         brush->setCheckable(true);
-
         tray.setObjectName("TrayMenu");
         trayStop = tray.addAction("Stop recording");
         trayStop->setObjectName("TrayActionStopRecord");
@@ -132,18 +109,22 @@ struct Windows
     QMainWindow main;
     QWidget panel;
     QMenu tray;
-    QPushButton* recButton;
-    QPushButton* webCameraButton;
-    QComboBox* captureMode;
-    QComboBox* microphone;
-    QLabel* homePage;
-    KT::UI::AbstractPresetButton* preset;
-    KT::ButtonWithPopUpList* recent;
-    SignalSource* hotkeys;
-    SignalSource* player;
+    QWidget* central = new QWidget(&main);
+    QPushButton* recButton = Named<QPushButton>("recButton", "Rec", central);
+    QPushButton* webCameraButton = Named<QPushButton>("webCameraButton", "Camera", central);
+    QComboBox* captureMode = Named<QComboBox>("captureModeComboBox", central);
+    QWidget* audio = Named<QWidget>("audioSourcesPanel", central);
+    QComboBox* microphone = Named<QComboBox>("microphoneComboBox", audio);
+    QLabel* homePage = Named<QLabel>("homePageLabel", central);
+    KT::UI::AbstractPresetButton* preset = Named<KT::UI::AbstractPresetButton>(
+        "capturePresetButton", "Capture-FullscreenCapture", central);
+    KT::ButtonWithPopUpList* recent =
+        Named<KT::ButtonWithPopUpList>("recentProjectsButton", central);
+    SignalSource* hotkeys = new SignalSource("GlobalHotkeyManager", &main);
+    SignalSource* player = new SignalSource("playerControl", central);
     QAction* startRecord;
-    QPushButton* stopButton;
-    QPushButton* brush;
+    QPushButton* stopButton = Named<QPushButton>("stopButton", "Stop", &panel);
+    QPushButton* brush = Named<QPushButton>("brushSettingsButton", "Brush", &panel);
     QAction* trayStop;
 };
 
