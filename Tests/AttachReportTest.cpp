@@ -336,15 +336,14 @@ TEST(AttachReportLogTest, FindingsGoToTheVerboseLogWhenItIsOn)
         FLAGS_v = verbosity;
         handler.Attach(&windows.main);
         FLAGS_v = 0;
-        const std::vector<std::string> messages = log.Messages();
-        const bool logged = std::any_of(
-            messages.begin(), messages.end(),
-            [](const std::string& message)
-            {
-                return message.find(
-                           "line 6: warning: button \"titleLabel\": "
-                           "'MainWindow/panel/titleLabel' is a QLabel") != std::string::npos;
-            });
+        std::string messages;
+        for (const std::string& message : log.Messages())
+        {
+            messages += message + "\n";
+        }
+        const bool logged = messages.find(
+                                "line 6: warning: button \"titleLabel\": "
+                                "'MainWindow/panel/titleLabel' is a QLabel") != std::string::npos;
         EXPECT_EQ(logged, verbosity == 1);
     }
 }

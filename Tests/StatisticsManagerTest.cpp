@@ -165,7 +165,6 @@ constexpr int kMinor = App::ILaunchTypeProcessor::FirstStartAfterMinorUpdate;
 
 KT_ROWS(StartEventTest,
         {{"NoFillers", 2, {}, Analytics::APP_EVERY_START, ""},
-         {"NoFillersFirstStart", 1, {}, Analytics::APP_FIRST_START, ""},
          {"FirstStartHasCountry", 1, kCountryAndLanguage, Analytics::APP_FIRST_START,
           "+COUNTRY_NAME +APP_LANGUAGE"},
          {"EveryStartHasNoCountry", 2, kCountryAndLanguage, Analytics::APP_EVERY_START,
@@ -194,24 +193,18 @@ TEST_F(StatisticsManagerTest, StartEventCarriesTheLanguageOfTheMoment)
 
 // --- failures -----------------------------------------------------------------------------------
 
+// The HyperPass filler reads the settings when a failure is sent.
 TEST_F(StatisticsManagerTest, FailuresInCrashTrackerOrderBeforeTheStart)
 {
+    convertation->SetHyperPassEnabled(true);
     auto manager = Make({FillerTypes::AppLanguage, FillerTypes::HyperPass},
                         App::ILaunchTypeProcessor::EveryStart, {"session-b", "session-a"});
 
     const std::string failure =
         "APP_FAILED{APP_LANGUAGE=de,EXCEPTION_MESSAGE=,EXCEPTION_STACKTRACE=,EXCEPTION_TYPE=,"
-        "HP_ENABLED=NO,SID=";
+        "HP_ENABLED=YES,SID=";
     EXPECT_EQ(KtTest::EventsText(tracker->Events()),
               failure + "session-b} " + failure + "session-a} APP_EVERY_START{APP_LANGUAGE=de}");
-}
-
-TEST_F(StatisticsManagerTest, HyperPassFillerReadsTheSettingsWhenAFailureIsSent)
-{
-    convertation->SetHyperPassEnabled(true);
-    auto manager = Make({FillerTypes::HyperPass}, 2, {"s"});
-    ASSERT_EQ(tracker->Events().size(), 2u);
-    EXPECT_EQ(tracker->Events()[0].params.at("HP_ENABLED"), "YES");
 }
 
 TEST_F(StatisticsManagerTest, FailureOfTheTrackerReachesTheHost)
