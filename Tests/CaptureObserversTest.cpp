@@ -131,7 +131,6 @@ KT_ROWS(RecordingTypeTest, {{"ScreenArea", kFullHd, {kScreen, kMicrophone}, "CAP
                             {"AreaWithoutSources", kFullHd, {}, "CAPTURING"},
                             {"AudioOnly", QRect(), {kMicrophone}, "AUDIO_CAPTURING"},
                             {"CameraAndAudio", QRect(), {kCamera, kSystem}, "WEB_CAMERA_CAPTURING"},
-                            {"CameraOnly", QRect(), {kCamera}, "WEB_CAMERA_CAPTURING"},
                             {"NothingCaptured", QRect(), {}, "UNKNOWN"},
                             {"ScreenSourceWithoutArea", QRect(), {kScreen}, "UNKNOWN"}});
 
