@@ -351,22 +351,4 @@ void BM_AggregatorShippedDocument(benchmark::State& state)
 }
 BENCHMARK(BM_AggregatorShippedDocument)->DenseRange(kUntracedFloor, kListener);
 
-// Filter, then aggregator, shipped documents, as a host assembles them.
-void BM_RuleChain(benchmark::State& state)
-{
-    auto aggregator = std::make_shared<AggregatorKtTracker>(std::make_shared<NullEndpoint>());
-    aggregator->SetConfig(LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
-    FilterKtTracker filter(aggregator);
-    filter.SetConfig(LoadConfigFromQrc("/KT/Tracking/FilterConfig.xml"));
-    const Event cause{"BUTTON_CAPTURE_STOP_EVENT", {{"METHOD", "BUTTON"}}};
-    const Event main = TenProperties("CAPTURE_STOP");
-    for (auto _ : state)
-    {
-        filter.Track(cause);
-        filter.Track(main);
-    }
-    state.SetItemsProcessed(2 * state.iterations());
-}
-BENCHMARK(BM_RuleChain);
-
 }  // namespace

@@ -12,33 +12,15 @@
 
 #include <QTemporaryDir>
 
-#include <algorithm>
 #include <memory>
-#include <string>
-#include <vector>
 
 using namespace Velkor;
 using namespace Velkor::KT::Tracking;
 using Bench::kAllFillers;
-using Bench::MakeManager;
 using Bench::NullTracker;
 
 namespace
 {
-
-// What a host pays at start-up and exit: initialising Xerces for the documents to come, creating
-// the fillers, running them for the start event, and the exit event; with no fillers, with all of
-// them.
-void BM_StatisticsManagerStartAndExit(benchmark::State& state)
-{
-    const std::vector<FillerTypes> fillers =
-        state.range(0) ? kAllFillers : std::vector<FillerTypes>{};
-    for (auto _ : state)
-    {
-        MakeManager(std::make_shared<NullTracker>(), fillers).reset();
-    }
-}
-BENCHMARK(BM_StatisticsManagerStartAndExit)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 // The library's whole start-up in the demo host, as the host runs it on its GUI thread: the
 // rule stages given their documents, the manager with every filler (its start event goes down
