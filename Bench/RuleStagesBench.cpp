@@ -351,4 +351,16 @@ void BM_AggregatorShippedDocument(benchmark::State& state)
 }
 BENCHMARK(BM_AggregatorShippedDocument)->DenseRange(kUntracedFloor, kListener);
 
+// The floor for any stage that copies an event before editing it.
+void BM_EventCopy(benchmark::State& state)
+{
+    const Event event = TenProperties();
+    for (auto _ : state)
+    {
+        Event copy = event;
+        benchmark::DoNotOptimize(copy);
+    }
+}
+BENCHMARK(BM_EventCopy);
+
 }  // namespace
