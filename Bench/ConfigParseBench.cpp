@@ -104,13 +104,4 @@ BENCHMARK_CAPTURE(BM_FilterKtTrackerSetConfig, Filter, kFilter)->Apply(Settings)
 BENCHMARK_CAPTURE(BM_BareDomParse, Aggregator, kAggregator)->Apply(Settings);
 BENCHMARK_CAPTURE(BM_AggregatorKtTrackerSetConfig, Aggregator, kAggregator)->Apply(Settings);
 
-void BM_LoadConfigFromQrc(benchmark::State& state)
-{
-    for (auto _ : state)
-    {
-        benchmark::DoNotOptimize(LoadConfigFromQrc(kMain));
-    }
-}
-BENCHMARK(BM_LoadConfigFromQrc);
-
 }  // namespace

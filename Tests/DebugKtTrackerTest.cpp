@@ -71,16 +71,6 @@ protected:
     std::unique_ptr<DebugKtTracker> tracker = std::make_unique<DebugKtTracker>();
 };
 
-TEST_F(DebugKtTrackerTest, TrackOnlyQueuesTheDisplay)
-{
-    KtTest::Pump();
-    EXPECT_TRUE(Viewers().empty()) << "no window before the first event";
-    tracker->Track(Event{"A", {}});
-    EXPECT_TRUE(Viewers().empty());
-    KtTest::Pump();
-    EXPECT_NE(OnlyViewer(), nullptr);
-}
-
 TEST_F(DebugKtTrackerTest, FirstEventShowsThePlainWindowLaterOnesReuseIt)
 {
     tracker->Track(Event{"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}});
@@ -189,9 +179,13 @@ TEST_F(DebugKtTrackerTest, ClosingTheHostsLastWindowQuitsWhileTheViewerIsShown)
     EXPECT_FALSE(timedOut) << "the viewer kept the event loop running";
 }
 
+// Track only queues the display; destroyed before the queue runs, the tracker shows nothing.
 TEST_F(DebugKtTrackerTest, DestroyingWithQueuedEventsShowsNothing)
 {
+    KtTest::Pump();
+    EXPECT_TRUE(Viewers().empty()) << "no window before the first event";
     tracker->Track(Event{"A", {}});
+    EXPECT_TRUE(Viewers().empty());
     tracker.reset();
     KtTest::Pump();
     EXPECT_TRUE(Viewers().empty());

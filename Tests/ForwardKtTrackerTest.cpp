@@ -159,20 +159,13 @@ TEST_P(ForwardKtTrackerDeliveryTest, ReachesEndpointsInOrderThenAnalytics)
 const char kInit[] = "init:recorder|/data SID=S1";
 
 KT_ROWS(ForwardKtTrackerDeliveryTest,
-        {{"NoEndpointsAnalyticsOnly", {}, true, "11", {kInit, "analytics:E1 K=v", "analytics:E2"}},
-         {"AThenBThenAnalytics",
-          {"A", "B"},
-          true,
-          "11",
-          {kInit, "A:E1", "B:E1", "analytics:E1 K=v", "A:E2", "B:E2", "analytics:E2"}},
-         {"PermissionIsReadForEveryEvent",
+        {{"PermissionIsReadForEveryEvent",
           {"A", "B"},
           true,
           "101",
           {kInit, "A:E1", "B:E1", "analytics:E1 K=v", "A:E2", "B:E2", "A:E3", "B:E3",
            "analytics:E3"}},
-         {"NoAnalyticsTrackerIsInert", {"A"}, false, "11", {"A:E1", "A:E2"}},
-         {"NothingAtAll", {}, false, "11", {}}});
+         {"NoAnalyticsTrackerIsInert", {"A"}, false, "11", {"A:E1", "A:E2"}}});
 
 TEST(ForwardKtTrackerTest, ThrowingEndpointStopsTheLoopAndReachesTheCaller)
 {
@@ -223,8 +216,7 @@ TEST_P(ForwardKtTrackerInitTest, InitialisesTheAnalyticsTrackerOnce)
 }
 
 KT_ROWS(ForwardKtTrackerInitTest,
-        {InitRow{"ProductOnly", "recorder", "", true, true, "/d", "init:recorder|/d SID=S1"},
-         InitRow{"ProductAndPartner", "recorder", "oem", true, true, "/d",
+        {InitRow{"ProductAndPartner", "recorder", "oem", true, true, "/d",
                  "init:recorder/oem|/d SID=S1"},
          InitRow{"DirectoryInUtf8", "recorder", "", true, true,
                  QString::fromUtf8("/home/j\xC3\xBCrgen/\xE6\x95\xB0\xE6\x8D\xAE"),
