@@ -39,128 +39,100 @@ namespace
 
 const char* const kSecret = "TOP-SECRET-7d1f";
 
-// A stage that reads one document kind: SetConfig, and a probe that tells which document is in
-// force by what it delivers ("NAME" per event, "NAME{K=V}" with the probe's key).
-class Stage
+// A stage that reads one document kind over an earlier document, and a probe that tells which
+// document is in force by what it delivers ("NAME" per event, "NAME{K=V}" with the probe's key).
+struct Stage
 {
-public:
-    virtual ~Stage() = default;
-    virtual void SetConfig(const std::string& text) = 0;
-    virtual std::vector<std::string> Probe() = 0;
+    std::shared_ptr<KtTest::RecordingTracker> delivered =
+        std::make_shared<KtTest::RecordingTracker>();
+    std::function<void(const std::string&)> setConfig;
+    std::function<void()> probe;
 
-protected:
-    static std::vector<std::string> Describe(const std::vector<Event>& events)
+    std::vector<std::string> Probe()
     {
+        delivered->Clear();
+        probe();
         std::vector<std::string> names;
-        for (const Event& event : events)
+        for (const Event& event : delivered->Events())
         {
-            const auto probe = event.params.find("K");
+            const auto key = event.params.find("K");
             names.push_back(event.name +
-                            (probe == event.params.end() ? "" : "{K=" + probe->second + "}"));
+                            (key == event.params.end() ? "" : "{K=" + key->second + "}"));
         }
         return names;
     }
-
-    const std::shared_ptr<KtTest::RecordingTracker> m_delivered =
-        std::make_shared<KtTest::RecordingTracker>();
 };
 
-// PROBE{K=1e308}: the earlier rules rename it PROBE_SEEN.
-class FilterStage : public Stage
+// The stage's tracker on `stage.delivered`, read with `earlier`, probed by `probe`.
+template <class Tracker, class... Args>
+std::shared_ptr<Tracker> Make(Stage& stage, const char* earlier, Args&&... args)
 {
-public:
-    FilterStage()
-    {
-        m_filter.SetConfig(
-            "<filter><event event='PROBE'><param key='K'>"
-            "<any><modEvent name='PROBE_SEEN'/></any></param></event></filter>");
-    }
-    void SetConfig(const std::string& text) override { m_filter.SetConfig(text); }
-    std::vector<std::string> Probe() override
-    {
-        m_delivered->Clear();
-        m_filter.Track({"PROBE", {{"K", "1e308"}}});
-        return Describe(m_delivered->Events());
-    }
-
-private:
-    Tracking::FilterKtTracker m_filter{m_delivered};
-};
-
-// PROBE then MAIN: the earlier rules merge PROBE's params into MAIN.
-class AggregatorStage : public Stage
-{
-public:
-    AggregatorStage()
-    {
-        m_aggregator.SetConfig(
-            "<aggregator><event event='MAIN'><affectingEventName>PROBE</affectingEventName>"
-            "</event></aggregator>");
-    }
-    void SetConfig(const std::string& text) override { m_aggregator.SetConfig(text); }
-    std::vector<std::string> Probe() override
-    {
-        m_delivered->Clear();
-        m_aggregator.Track({"PROBE", {{"K", "v"}}});
-        m_aggregator.Track({"MAIN", {}});
-        return Describe(m_delivered->Events());
-    }
-
-private:
-    Tracking::AggregatorKtTracker m_aggregator{m_delivered};
-};
-
-// A widget "probe" attached and shown: the earlier document reports PROBE_SHOWN.
-class MainStage : public Stage
-{
-public:
-    MainStage()
-        : m_manager(m_delivered, nullptr, nullptr, nullptr,
-                    std::make_shared<KtTest::FixedLaunchType>(
-                        Velkor::App::ILaunchTypeProcessor::EveryStart),
-                    std::make_shared<KtTest::ListCrashTracker>(std::vector<std::string>{}), nullptr,
-                    {})
-    {
-        m_manager.SetConfig(
-            "<ktmstat><gui><widget id='probe'><show-event event='PROBE_SHOWN'/></widget></gui>"
-            "</ktmstat>");
-    }
-    void SetConfig(const std::string& text) override { m_manager.SetConfig(text); }
-    std::vector<std::string> Probe() override
-    {
-        m_delivered->Clear();
-        QWidget probe;
-        probe.setObjectName("probe");
-        m_manager.AttachAllTopLevelWindows();
-        m_manager.AttachQObject(&probe);
-        probe.show();
-        return Describe(m_delivered->Events());
-    }
-
-private:
-    Tracking::StatisticsManager m_manager;
-};
+    auto tracker = std::make_shared<Tracker>(stage.delivered, std::forward<Args>(args)...);
+    stage.setConfig = [tracker](const std::string& text) { tracker->SetConfig(text); };
+    tracker->SetConfig(earlier);
+    return tracker;
+}
 
 struct RootRow
 {
     const char* root;
     const char* logPrefix;
-    std::function<std::unique_ptr<Stage>()> make;
+    std::function<void(Stage&)> make;
     std::vector<std::string> earlierProbe;  // what the probe delivers under the earlier document
 };
 
 const RootRow kRoots[] = {
+    // A widget "probe" attached and shown: the earlier document reports PROBE_SHOWN.
     {"ktmstat",
      "Can't read configuration: ",
-     [] { return std::make_unique<MainStage>(); },
+     [](Stage& stage)
+     {
+         auto manager = Make<Tracking::StatisticsManager>(
+             stage,
+             "<ktmstat><gui><widget id='probe'><show-event event='PROBE_SHOWN'/></widget></gui>"
+             "</ktmstat>",
+             nullptr, nullptr, nullptr,
+             std::make_shared<KtTest::FixedLaunchType>(
+                 Velkor::App::ILaunchTypeProcessor::EveryStart),
+             std::make_shared<KtTest::ListCrashTracker>(std::vector<std::string>{}), nullptr,
+             std::vector<Tracking::FillerTypes>{});
+         stage.probe = [manager]
+         {
+             QWidget probe;
+             probe.setObjectName("probe");
+             manager->AttachAllTopLevelWindows();
+             manager->AttachQObject(&probe);
+             probe.show();
+         };
+     },
      {"PROBE_SHOWN"}},
+    // PROBE{K=1e308}: the earlier rules rename it PROBE_SEEN.
     {"filter",
      "Can't parse configuration: ",
-     [] { return std::make_unique<FilterStage>(); },
+     [](Stage& stage)
+     {
+         auto filter = Make<Tracking::FilterKtTracker>(
+             stage,
+             "<filter><event event='PROBE'><param key='K'>"
+             "<any><modEvent name='PROBE_SEEN'/></any></param></event></filter>");
+         stage.probe = [filter] { filter->Track({"PROBE", {{"K", "1e308"}}}); };
+     },
      {"PROBE_SEEN{K=1e308}"}},
+    // PROBE then MAIN: the earlier rules merge PROBE's params into MAIN.
     {"aggregator",
      "Can't parse configuration: ",
-     [] { return std::make_unique<AggregatorStage>(); },
+     [](Stage& stage)
+     {
+         auto aggregator = Make<Tracking::AggregatorKtTracker>(
+             stage,
+             "<aggregator><event event='MAIN'><affectingEventName>PROBE</affectingEventName>"
+             "</event></aggregator>");
+         stage.probe = [aggregator]
+         {
+             aggregator->Track({"PROBE", {{"K", "v"}}});
+             aggregator->Track({"MAIN", {}});
+         };
+     },
      {"MAIN{K=v}"}},
 };
 
@@ -356,13 +328,14 @@ TEST_P(HostileDocumentTest, RefusedOrReadAsDefined)
             text = Replace(text, token, expansion());
         }
     }
-    const std::unique_ptr<Stage> stage = root.make();
-    ASSERT_EQ(stage->Probe(), root.earlierProbe);
+    Stage stage;
+    root.make(stage);
+    ASSERT_EQ(stage.Probe(), root.earlierProbe);
 
     KtTest::LogCapture log;
     const long peakBefore = PeakKilobytes();
     const auto start = std::chrono::steady_clock::now();
-    stage->SetConfig(text);
+    stage.setConfig(text);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
     EXPECT_LT(PeakKilobytes() - peakBefore, 256 * 1024);
 
@@ -373,12 +346,12 @@ TEST_P(HostileDocumentTest, RefusedOrReadAsDefined)
         EXPECT_EQ(messages[0].rfind(root.logPrefix, 0), 0u) << messages[0];
         EXPECT_NE(messages[0].find(hostile.refusal), std::string::npos) << messages[0];
         EXPECT_EQ(messages[0].find(kSecret), std::string::npos) << messages[0];
-        EXPECT_EQ(stage->Probe(), root.earlierProbe);
+        EXPECT_EQ(stage.Probe(), root.earlierProbe);
     }
     else
     {
         EXPECT_TRUE(messages.empty()) << messages.front();
-        EXPECT_EQ(stage->Probe(), hostile.readProbe);
+        EXPECT_EQ(stage.Probe(), hostile.readProbe);
     }
 }
 
