@@ -144,9 +144,9 @@ struct HostileRow
 {
     const char* label;
     std::string text;
-    const char* onlyRoot;  // null: every root
     const char* refusal;
-    std::vector<std::string> readProbe;
+    const char* onlyRoot = nullptr;  // null: every root
+    std::vector<std::string> readProbe = {};
 };
 
 std::string Replace(std::string text, const std::string& from, const std::string& to)
@@ -195,86 +195,54 @@ std::string RangeRule(const std::string& bound)
 const char* const kDoctype = "document type declarations (<!DOCTYPE ...>) are not allowed";
 
 const HostileRow kHostile[] = {
-    {"BillionLaughs", BillionLaughs(), nullptr, kDoctype, {}},
-    {"InternalSubset", "<!DOCTYPE %ROOT% [<!ENTITY x 'y'>]><%ROOT%/>", nullptr, kDoctype, {}},
+    {"BillionLaughs", BillionLaughs(), kDoctype},
+    {"InternalSubset", "<!DOCTYPE %ROOT% [<!ENTITY x 'y'>]><%ROOT%/>", kDoctype},
     {"ExternalEntity",
      "<!DOCTYPE %ROOT% [<!ENTITY s SYSTEM 'file://%DIR%/secret.txt'>]>"
      "<%ROOT%><event event='&s;'>&s;</event></%ROOT%>",
-     nullptr,
-     kDoctype,
-     {}},
+     kDoctype},
     {"ExternalDtd",
      "<!-- a comment first -->\n<!DOCTYPE %ROOT% SYSTEM 'file://%DIR%/secret.dtd'><%ROOT%/>",
-     nullptr,
-     kDoctype,
-     {}},
+     kDoctype},
     {"ParameterEntity",
      "<?xml version='1.0'?><!DOCTYPE %ROOT% [<!ENTITY % p SYSTEM 'file://%DIR%/secret.txt'> "
      "%p;]><%ROOT%/>",
-     nullptr,
-     kDoctype,
-     {}},
-    {"UndeclaredEntity",
-     "<%ROOT%><event event='&undeclared;'/></%ROOT%>",
-     nullptr,
-     "entity 'undeclared' not found",
-     {}},
+     kDoctype},
+    {"UndeclaredEntity", "<%ROOT%><event event='&undeclared;'/></%ROOT%>",
+     "entity 'undeclared' not found"},
     // Refused while scanning, before the parser's cost grows with the square of the depth.
-    {"DeepNesting",
-     "<%ROOT%>%DEEP%</%ROOT%>",
-     nullptr,
-     "elements nested deeper than 200 levels",
-     {}},
+    {"DeepNesting", "<%ROOT%>%DEEP%</%ROOT%>", "elements nested deeper than 200 levels"},
     // Refused before it is parsed (it cost some 820 MB when it was parsed).
-    {"HugeAttribute",
-     "<%ROOT%><event event='%50MB%'/></%ROOT%>",
-     nullptr,
-     "document larger than 1048576 bytes",
-     {}},
-    {"NotUtf8", "<%ROOT%><event event='\xff\xfe\xc3'/></%ROOT%>", nullptr, "invalid byte", {}},
-    {"NulInText",
-     std::string("<%ROOT%>\n<!-- a\0b -->\n</%ROOT%>", 30),
-     nullptr,
-     "2:7 error: byte 0 (NUL) is not allowed in a document",
-     {}},
-    {"NulAfterRoot",
-     std::string("<%ROOT%/>\0<x/>", 14),
-     nullptr,
-     "error: byte 0 (NUL) is not allowed in a document",
-     {}},
-    {"TwoRoots", "<%ROOT%/><%ROOT%/>", nullptr, "comment or processing instruction expected", {}},
+    {"HugeAttribute", "<%ROOT%><event event='%50MB%'/></%ROOT%>",
+     "document larger than 1048576 bytes"},
+    {"NotUtf8", "<%ROOT%><event event='\xff\xfe\xc3'/></%ROOT%>", "invalid byte"},
+    {"NulInText", std::string("<%ROOT%>\n<!-- a\0b -->\n</%ROOT%>", 30),
+     "2:7 error: byte 0 (NUL) is not allowed in a document"},
+    {"NulAfterRoot", std::string("<%ROOT%/>\0<x/>", 14),
+     "error: byte 0 (NUL) is not allowed in a document"},
+    {"TwoRoots", "<%ROOT%/><%ROOT%/>", "comment or processing instruction expected"},
     // The bounds of inRange: XML Schema doubles. Numbers beyond the range of a double are
     // infinities, INF and -INF are the infinities, NaN compares false with everything, so
     // nothing is in a range with a NaN bound; other spellings are refused.
-    {"RangeBound1e400", RangeRule("from='1e400'"), "filter", nullptr, {"PROBE_OUT{K=1e308}"}},
+    {"RangeBound1e400", RangeRule("from='1e400'"), nullptr, "filter", {"PROBE_OUT{K=1e308}"}},
     {"RangeBoundMinusINF",
      RangeRule("from='-INF' to='1e400'"),
-     "filter",
      nullptr,
+     "filter",
      {"PROBE_IN{K=1e308}"}},
-    {"RangeBoundNaN", RangeRule("to='NaN'"), "filter", nullptr, {"PROBE_OUT{K=1e308}"}},
-    {"RangeBoundLowerNan",
-     RangeRule("from='nan'"),
-     "filter",
-     "invalid double value 'nan' of attribute 'from' of element 'inRange'",
-     {}},
-    {"RangeBoundLowerMinusInf",
-     RangeRule("to='-inf'"),
-     "filter",
-     "invalid double value '-inf' of attribute 'to' of element 'inRange'",
-     {}},
+    {"RangeBoundNaN", RangeRule("to='NaN'"), nullptr, "filter", {"PROBE_OUT{K=1e308}"}},
+    {"RangeBoundLowerNan", RangeRule("from='nan'"),
+     "invalid double value 'nan' of attribute 'from' of element 'inRange'", "filter"},
+    {"RangeBoundLowerMinusInf", RangeRule("to='-inf'"),
+     "invalid double value '-inf' of attribute 'to' of element 'inRange'", "filter"},
     // QRegExp would overflow the stack parsing this id when the windows are attached.
     {"ExpressionNesting",
      "<%ROOT%><gui>\n  <widget id='%PARENS%' idIsRegExp='true'/></gui></%ROOT%>",
-     "ktmstat",
-     "2:10536 error: the expression in attribute 'id' of element 'widget' ('((((",
-     {}},
+     "2:10536 error: the expression in attribute 'id' of element 'widget' ('((((", "ktmstat"},
     // ... and spell out a billion states for this one.
     {"ExpressionRepetition",
      "<%ROOT%><gui><widget id='p:((a{1000}){1000}){1000}' idIsRegExp='1'/></gui></%ROOT%>",
-     "ktmstat",
-     "has more than 10000 atoms once its repetitions are spelt out",
-     {}},
+     "has more than 10000 atoms once its repetitions are spelt out", "ktmstat"},
 };
 
 // A hostile document for one root: "ROOT_LABEL".
