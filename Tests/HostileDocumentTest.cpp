@@ -158,30 +158,25 @@ std::string Replace(std::string text, const std::string& from, const std::string
     return text;
 }
 
-std::string BillionLaughs()
-{
-    std::string dtd = "<!DOCTYPE %ROOT% [<!ENTITY l0 'lol'>";
-    for (int i = 1; i < 10; ++i)
-    {
-        dtd += "<!ENTITY l" + std::to_string(i) + " '";
-        for (int j = 0; j < 10; ++j)
-        {
-            dtd += "&l" + std::to_string(i - 1) + ";";
-        }
-        dtd += "'>";
-    }
-    return dtd + "]><%ROOT%><event event='&l9;'/></%ROOT%>";
-}
-
 std::string Repeated(int count, const std::string& text)
 {
     std::string result;
-    result.reserve(count * text.size());
     for (int i = 0; i < count; ++i)
     {
         result += text;
     }
     return result;
+}
+
+std::string BillionLaughs()
+{
+    std::string dtd = "<!DOCTYPE %ROOT% [<!ENTITY l0 'lol'>";
+    for (int i = 1; i < 10; ++i)
+    {
+        dtd += "<!ENTITY l" + std::to_string(i) + " '" +
+               Repeated(10, "&l" + std::to_string(i - 1) + ";") + "'>";
+    }
+    return dtd + "]><%ROOT%><event event='&l9;'/></%ROOT%>";
 }
 
 // A filter whose PROBE rule tests K against one inRange bound: PROBE_IN or PROBE_OUT.
@@ -257,15 +252,10 @@ struct CaseRow
 std::string SecretDirectory()
 {
     static const QTemporaryDir directory;
-    static const bool written = []
-    {
-        const std::string path = directory.path().toStdString();
-        std::ofstream(path + "/secret.txt") << kSecret;
-        std::ofstream(path + "/secret.dtd") << "<!ENTITY leak '" << kSecret << "'>";
-        return true;
-    }();
-    (void)written;
-    return directory.path().toStdString();
+    const std::string path = directory.path().toStdString();
+    std::ofstream(path + "/secret.txt") << kSecret;
+    std::ofstream(path + "/secret.dtd") << "<!ENTITY leak '" << kSecret << "'>";
+    return path;
 }
 
 long PeakKilobytes()
