@@ -101,7 +101,6 @@ std::string CaptureInfo(const Config::KtmStat& m)
 KT_ROWS(KtmStatReadTest,
         {
             {"InstancesBeforeGuiLeavesNoGui", "<instances/><gui/>", Sections, "-,instances"},
-            {"SecondGuiEndsReading", "<gui/><gui/><instances/>", Sections, "gui,-"},
             {"UnknownChildEndsReading", "<gui/><extra/><instances/>", Sections, "gui,-"},
             {"ChildInANamespaceIsUnknown", "<x:gui xmlns:x='urn:x'/><instances/>", Sections, "-,-"},
             {"CommentsAndTextAreSkipped", "<!--a--> <gui/>\r\n<!--b--><instances/>", Sections,
@@ -350,9 +349,6 @@ KT_ROWS(
         {"ModEventWithoutName", 'f', kParam + "<any><modEvent/></any>" + kEnd,
          "expected attribute 'name'"},
         {"FilterEventWithoutEvent", 'f', "<filter><event/></filter>", "expected attribute 'event'"},
-        {"AggregatorEventWithoutEvent", 'a',
-         "<aggregator><event><affectingEventName>A</affectingEventName></event></aggregator>",
-         "expected attribute 'event'"},
         // Values that do not convert, at their position.
         {"NotABoolean", 'm', "<ktmstat><gui><object id='o' idIsRoot='yes'/></gui></ktmstat>",
          ":1:46 error: invalid boolean value 'yes' of attribute 'idIsRoot'"},

@@ -10,7 +10,6 @@
 
 #include "App/ILaunchTypeProcessor.h"
 #include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/Config/KtmStat.h"
 #include "Tracking/FilterKtTracker.h"
 #include "Tracking/StatisticsManager.h"
 
@@ -25,12 +24,10 @@
 #include <fstream>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-namespace Config = Velkor::KT::Tracking::Config;
 namespace Tracking = Velkor::KT::Tracking;
 using Tracking::Event;
 
@@ -238,6 +235,24 @@ const HostileRow kHostile[] = {
     {"ExpressionRepetition",
      "<%ROOT%><gui><widget id='p:((a{1000}){1000}){1000}' idIsRegExp='1'/></gui></%ROOT%>",
      "has more than 10000 atoms once its repetitions are spelt out", "ktmstat"},
+    // Real documents nest far less than the limit, and real ids' expressions stay within the
+    // bounds: escaped parentheses and those inside a class open no group, and an id that is not
+    // an expression is not one.
+    {"ModerateNesting",
+     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>" +
+         Repeated(150, "<widget id='w'>") + Repeated(150, "</widget>") + "</gui></%ROOT%>",
+     nullptr,
+     "ktmstat",
+     {"READ"}},
+    {"ExpressionsWithinTheBounds",
+     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>"
+     "<widget id='Main.*:(rec|stop)[]x-]Button{2,3}:" +
+         std::string(32, '(') + "a" + std::string(32, ')') +
+         ":(a{100}){100}:" + Repeated(40, "\\(") + ":[" + std::string(40, '(') +
+         "]' idIsRegExp='true'/><widget id='" + std::string(40, '(') + "'/></gui></%ROOT%>",
+     nullptr,
+     "ktmstat",
+     {"READ"}},
 };
 
 // A hostile document for one root: "ROOT_LABEL".
@@ -330,38 +345,5 @@ std::vector<CaseRow> Cases()
 }
 
 KT_ROWS(HostileDocumentTest, Cases());
-
-// Real documents nest far less; the limit leaves room for them.
-TEST(HostileDocumentNestingTest, ModerateNestingIsRead)
-{
-    std::istringstream input("<ktmstat><gui>" + Repeated(150, "<widget id='w'>") +
-                             Repeated(150, "</widget>") + "</gui></ktmstat>");
-    const auto model = Config::ktmstat(input, ::xml_schema::flags::dont_validate);
-    int depth = 0;
-    for (const auto* widgets = &model->gui()->widget(); !widgets->empty();
-         widgets = &widgets->front().widget())
-    {
-        ++depth;
-    }
-    EXPECT_EQ(depth, 150);
-}
-
-// Expressions of real ids are read, up to the bounds; escaped parentheses and those inside a
-// class open no group, and an id that is not an expression is not one.
-TEST(HostileDocumentNestingTest, ExpressionsWithinTheBoundsAreRead)
-{
-    const std::string nested = std::string(32, '(') + "a" + std::string(32, ')');
-    std::string escaped;
-    for (int i = 0; i < 40; ++i)
-    {
-        escaped += "\\(";
-    }
-    std::istringstream input(
-        "<ktmstat><gui><widget id='Main.*:(rec|stop)[]x-]Button{2,3}:" + nested +
-        ":(a{100}){100}:" + escaped + ":[" + std::string(40, '(') +
-        "]' idIsRegExp='true'/><widget id='" + std::string(40, '(') + "'/></gui></ktmstat>");
-    const auto model = Config::ktmstat(input, ::xml_schema::flags::dont_validate);
-    EXPECT_EQ(model->gui()->widget().size(), 2u);
-}
 
 }  // namespace
