@@ -5,7 +5,7 @@
 #include "KT/InstanceRegistry.h"
 #include "Tracking/InstancesHandler.h"
 
-#include "Support/EventsText.h"
+#include "Support/EventText.h"
 #include "Support/Table.h"
 
 #include <gtest/gtest.h>

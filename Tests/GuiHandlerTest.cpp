@@ -6,7 +6,7 @@
 #include "UI/AbstractPresetButton.h"
 #include "UI/ButtonWithPopUpList.h"
 
-#include "Support/EventsText.h"
+#include "Support/EventText.h"
 #include "Support/FilterProbe.h"
 #include "Support/Named.h"
 #include "Support/RecordingTracker.h"

@@ -13,7 +13,7 @@
 #include "KT/SettingsKinds.h"
 #include "Tracking/InstancesHandler.h"
 
-#include "Support/EventsText.h"
+#include "Support/EventText.h"
 #include "Support/InstancesConfig.h"
 #include "Support/Table.h"
 

@@ -1,4 +1,4 @@
-#include "Support/EventsText.h"
+#include "Support/EventText.h"
 #include "Support/InstancesConfig.h"
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"

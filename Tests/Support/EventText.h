@@ -1,7 +1,8 @@
 #pragma once
 
 // Events written the way failures print them, for compact tables: "NAME{K=V,K2=V2} NAME2{}".
-// A value runs from '=' to the next ',' or '}' (spaces included); an empty name is "{K=V}".
+// EventsFrom reads that text: a value runs from '=' to the next ',' or '}' (spaces included),
+// an empty name is "{K=V}". EventsText writes it, values as they are.
 
 #include "Tracking/Event.h"
 
@@ -31,6 +32,22 @@ inline std::vector<Velkor::KT::Tracking::Event> EventsFrom(const std::string& te
         at = close + 1;
     }
     return events;
+}
+
+// "NAME{KEY=value,KEY=value} NAME{}": events blank-separated, keys in the event's own order.
+inline std::string EventsText(const std::vector<Velkor::KT::Tracking::Event>& events)
+{
+    std::string text;
+    for (const auto& event : events)
+    {
+        text += (text.empty() ? "" : " ") + event.name + "{";
+        for (const auto& [key, value] : event.params)
+        {
+            text += (text.back() == '{' ? "" : ",") + key + "=" + value;
+        }
+        text += "}";
+    }
+    return text;
 }
 
 }  // namespace KtTest
