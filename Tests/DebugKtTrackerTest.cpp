@@ -71,6 +71,7 @@ protected:
     std::unique_ptr<DebugKtTracker> tracker = std::make_unique<DebugKtTracker>();
 };
 
+// A later event shows the same window again, with every item, after the user closed it.
 TEST_F(DebugKtTrackerTest, FirstEventShowsThePlainWindowLaterOnesReuseIt)
 {
     tracker->Track(Event{"EMAIL_DIALOG_SHOWN", {{"LANG", "en"}}});
@@ -84,9 +85,13 @@ TEST_F(DebugKtTrackerTest, FirstEventShowsThePlainWindowLaterOnesReuseIt)
               "color: black; background: white; font-family: \"Courier\"; font-size: 12px;");
     EXPECT_EQ(viewer->size(), QSize(640, 480));
     EXPECT_TRUE(viewer->windowTitle().isEmpty());
+    ASSERT_TRUE(viewer->close());
+    KtTest::Pump();
+    ASSERT_TRUE(viewer) << "closing must only hide the window";
     tracker->Track(Event{"B", {}});
     KtTest::Pump();
     EXPECT_EQ(OnlyViewer(), viewer.data());
+    EXPECT_TRUE(viewer->isVisible());
     EXPECT_EQ(Items(*viewer), (std::vector<std::string>{"EMAIL_DIALOG_SHOWN\n\tLANG=en\n", "B\n"}));
 }
 
