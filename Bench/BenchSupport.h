@@ -3,12 +3,12 @@
 // What the benchmarks share: an endpoint that drops events, a typical event, the shipped main
 // document, the statistics manager's application-core stand-ins, and the timing helpers.
 
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Manager/StatisticsManager.h"
 #include "Tracking/Tracking.h"
 
-#include "../Tests/Support/LaunchAndCrashDoubles.h"
 #include "App/LookAndFeelManager.h"
 #include "KT/ConvertationSettings.h"
+#include "Support/LaunchAndCrashDoubles.h"
 
 #include <benchmark/benchmark.h>
 

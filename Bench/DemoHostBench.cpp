@@ -6,8 +6,8 @@
 #include "Recorder.h"
 
 #include "BenchSupport.h"
-#include "Tracking/GuiHandler.h"
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Gui/GuiHandler.h"
+#include "Tracking/Manager/StatisticsManager.h"
 #include "Tracking/Tracking.h"
 
 #include <benchmark/benchmark.h>

@@ -1,6 +1,6 @@
 #include "Tracking/Tracking.h"
 
-#include "Tracking/ApplicationTrackerAdapter.h"
+#include "Tracking/Delivery/ApplicationTrackerAdapter_p.h"
 
 #include "App/ProductSettingsManager.h"
 #include "KT/ProductSettings.h"

@@ -1,10 +1,10 @@
 // The attach report, the object tree dump and the offline match, on real widgets.
 
-#include "Tracking/AttachReport.h"
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/GuiHandler.h"
-#include "Tracking/ObjectTree.h"
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Gui/AttachReport.h"
+#include "Tracking/Gui/GuiHandler.h"
+#include "Tracking/Gui/ObjectTree.h"
+#include "Tracking/Manager/StatisticsManager.h"
 
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"

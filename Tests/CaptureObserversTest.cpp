@@ -3,7 +3,7 @@
 #include "KT/CaptureInfo.h"
 #include "KT/Converter.h"
 #include "KT/InstanceRegistry.h"
-#include "Tracking/InstancesHandler.h"
+#include "Tracking/Instances/InstancesHandler.h"
 
 #include "Support/EventText.h"
 #include "Support/Table.h"

@@ -1,4 +1,4 @@
-#include "Tracking/ConfigLoader.h"
+#include "Tracking/Config/ConfigLoader.h"
 
 #include "Support/LogCapture.h"
 

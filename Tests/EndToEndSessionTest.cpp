@@ -15,10 +15,10 @@
 #include "KT/ProductSettings.h"
 #include "KT/ScreenshotTaker.h"
 #include "KT/Service/SharingManager.h"
-#include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/ConfigLoader.h"
-#include "Tracking/FilterKtTracker.h"
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Config/ConfigLoader.h"
+#include "Tracking/Manager/StatisticsManager.h"
+#include "Tracking/Rules/AggregatorKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Tracking/Fillers/FillerFactory.h"
+#include "Tracking/Fillers/FillerFactory_p.h"
 
 #include "App/ILookAndFeelManager.h"
 #include "App/LookAndFeelManager.h"

@@ -1,7 +1,7 @@
-#include "Tracking/GuiHandler.h"
+#include "Tracking/Gui/GuiHandler.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/IKtTracker.h"
+#include "Tracking/Events/IKtTracker.h"
 
 #include "UI/AbstractPresetButton.h"
 #include "UI/ButtonWithPopUpList.h"

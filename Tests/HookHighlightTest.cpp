@@ -1,12 +1,12 @@
 // The highlight of hooked widgets: what it outlines, taken from real attach reports, and, under
 // Xvfb, what it draws on the screen and that the host's widgets and event loop are left alone.
 
-#include "Tracking/HookHighlight.h"
+#include "Tracking/Gui/HookHighlight.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/HighlightMarks.h"
-#include "Tracking/Gui/HighlightOverlay.h"
-#include "Tracking/GuiHandler.h"
+#include "Tracking/Gui/GuiHandler.h"
+#include "Tracking/Gui/HighlightMarks_p.h"
+#include "Tracking/Gui/HighlightOverlay_p.h"
 
 #include "Support/Named.h"
 #include "Support/QtPump.h"

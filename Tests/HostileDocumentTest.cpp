@@ -9,9 +9,9 @@
 #include "Support/Table.h"
 
 #include "App/ILaunchTypeProcessor.h"
-#include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/FilterKtTracker.h"
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Manager/StatisticsManager.h"
+#include "Tracking/Rules/AggregatorKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
 
 #include <QTemporaryDir>
 #include <QWidget>

@@ -6,7 +6,7 @@
 #include "KT/Service/SharingManager.h"
 #include "KT/SettingsKinds.h"
 #include "Module/Editing/IVECommunicationObserver.h"
-#include "Tracking/InstancesHandler.h"
+#include "Tracking/Instances/InstancesHandler.h"
 
 #include "Support/Table.h"
 

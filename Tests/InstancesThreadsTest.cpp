@@ -3,7 +3,7 @@
 #include "KT/CaptureInfo.h"
 #include "KT/InstanceRegistry.h"
 #include "KT/SettingsKinds.h"
-#include "Tracking/InstancesHandler.h"
+#include "Tracking/Instances/InstancesHandler.h"
 
 #include <gtest/gtest.h>
 

@@ -12,10 +12,10 @@
 #include "Schemas.h"
 #include "ToolError.h"
 
-#include "Tracking/ConfigLoader.h"
-#include "Tracking/EventJson.h"
-#include "Tracking/ObjectTree.h"
-#include "Tracking/RecordingKtTracker.h"
+#include "Tracking/Config/ConfigLoader.h"
+#include "Tracking/Delivery/RecordingKtTracker.h"
+#include "Tracking/Events/EventJson.h"
+#include "Tracking/Gui/ObjectTree.h"
 
 #include "Support/RecordingTracker.h"
 #include "Support/Table.h"

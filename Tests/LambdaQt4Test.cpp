@@ -1,7 +1,7 @@
 // The library's string-connect slot object. Its siblings of the host utility library, and the
 // hooks of all three, are exercised through the GUI handler's signal hooks (GuiHandlerTest).
 
-#include "Tracking/LambdaQt4WithStringParameter.h"
+#include "Tracking/Gui/LambdaQt4WithStringParameter_p.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The fillers that report facts of the machine: their keys, the accelerators found, the country.
 
-#include "Tracking/Fillers/AppConfigFiller.h"
-#include "Tracking/Fillers/CountryNameFiller.h"
+#include "Tracking/Fillers/AppConfigFiller_p.h"
+#include "Tracking/Fillers/CountryNameFiller_p.h"
 
 #include "Analytics/AcceleratorsPropertiesFiller.h"
 #include "Analytics/HardwareConfigFiller.h"

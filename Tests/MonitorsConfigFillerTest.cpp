@@ -4,7 +4,7 @@
 // KT_EXPECTED_SCREENS: "<native rect>@<physical dpi>@<logical dpi>@<scaled rect>" per screen,
 // separated by '|'.
 
-#include "Tracking/Fillers/MonitorsConfigFiller.h"
+#include "Tracking/Fillers/MonitorsConfigFiller_p.h"
 
 #include "Support/CommaLocale.h"
 #include "Support/Table.h"

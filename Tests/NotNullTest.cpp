@@ -1,6 +1,6 @@
 // A stage or service that needs a collaborator refuses to exist without it, with NotNull's error.
 
-#include "Tracking/NotNull.h"
+#include "Tracking/Events/NotNull_p.h"
 #include "Tracking/Tracking.h"
 
 #include "Support/RecordingTracker.h"

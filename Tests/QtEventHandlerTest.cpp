@@ -1,4 +1,4 @@
-#include "Tracking/QtEventHandler.h"
+#include "Tracking/Gui/QtEventHandler_p.h"
 
 #include "Support/QtPump.h"
 #include "Support/Table.h"

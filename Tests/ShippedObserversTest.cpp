@@ -11,7 +11,7 @@
 #include "KT/Service/Selector.h"
 #include "KT/Service/TutorialManager.h"
 #include "KT/SettingsKinds.h"
-#include "Tracking/InstancesHandler.h"
+#include "Tracking/Instances/InstancesHandler.h"
 
 #include "Support/EventText.h"
 #include "Support/InstancesConfig.h"

@@ -10,7 +10,7 @@
 #include "KT/ConvertationSettings.h"
 #include "KT/InstanceRegistry.h"
 #include "KT/Scheduler.h"
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Manager/StatisticsManager.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

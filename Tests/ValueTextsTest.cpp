@@ -1,4 +1,4 @@
-#include "Tracking/ValueTexts.h"
+#include "Tracking/Instances/ValueTexts_p.h"
 
 #include "Support/Table.h"
 

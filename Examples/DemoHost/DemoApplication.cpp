@@ -9,7 +9,7 @@
 
 #include "Analytics/ApplicationTrackerFactory.h"
 #include "Analytics/JsonLinesApplicationTracker.h"
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Manager/StatisticsManager.h"
 #include "Tracking/Tracking.h"
 
 #include <QAction>

@@ -2,7 +2,7 @@
 
 #include "MachineValues.h"
 
-#include "Tracking/EventText.h"
+#include "Tracking/Events/EventText.h"
 
 namespace Velkor::Demo
 {

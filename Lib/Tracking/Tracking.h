@@ -6,31 +6,38 @@
 
 #include "Tracking/TrackingExport.h"
 
-#include "Tracking/Event.h"
-#include "Tracking/EventJson.h"
-#include "Tracking/EventText.h"
-#include "Tracking/IKtTracker.h"
-#include "Tracking/IKtTrackingEndpoint.h"
+// The event record and the tracker chain.
+#include "Tracking/Events/Event.h"
+#include "Tracking/Events/EventJson.h"
+#include "Tracking/Events/EventText.h"
+#include "Tracking/Events/IKtTracker.h"
+#include "Tracking/Events/IKtTrackingEndpoint.h"
 
-#include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/AppCoreKtTracker.h"
-#include "Tracking/AttachReport.h"
-#include "Tracking/DebugKtTracker.h"
-#include "Tracking/FilterKtTracker.h"
-#include "Tracking/ForwardKtTracker.h"
-#include "Tracking/GuiHandler.h"
-#include "Tracking/HookHighlight.h"
-#include "Tracking/IRuleTraceListener.h"
-#include "Tracking/IStatisticsManager.h"
-#include "Tracking/ObjectTree.h"
-#include "Tracking/RecordingKtTracker.h"
-#include "Tracking/StatisticsManager.h"
+// The facade that owns the sources of events.
+#include "Tracking/Manager/IStatisticsManager.h"
+#include "Tracking/Manager/StatisticsManager.h"
 
-#include "Tracking/InstancesHandler.h"
-
-#include "Tracking/Fillers/FillerTypes.h"
-
+// The documents: loading and the configuration model.
 #include "Tracking/Config/Aggregator.h"
+#include "Tracking/Config/ConfigLoader.h"
 #include "Tracking/Config/Filter.h"
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/ConfigLoader.h"
+
+// The rule stages.
+#include "Tracking/Rules/AggregatorKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
+#include "Tracking/Rules/IRuleTraceListener.h"
+
+// The sources: GUI objects, the host's services, the machine's facts.
+#include "Tracking/Fillers/FillerTypes.h"
+#include "Tracking/Gui/AttachReport.h"
+#include "Tracking/Gui/GuiHandler.h"
+#include "Tracking/Gui/HookHighlight.h"
+#include "Tracking/Gui/ObjectTree.h"
+#include "Tracking/Instances/InstancesHandler.h"
+
+// The delivery trackers.
+#include "Tracking/Delivery/AppCoreKtTracker.h"
+#include "Tracking/Delivery/DebugKtTracker.h"
+#include "Tracking/Delivery/ForwardKtTracker.h"
+#include "Tracking/Delivery/RecordingKtTracker.h"

@@ -5,8 +5,8 @@
 
 #include "RuleStage.h"
 
-#include "Tracking/AggregatorKtTracker.h"
 #include "Tracking/Config/Aggregator.h"
+#include "Tracking/Rules/AggregatorKtTracker.h"
 
 #include <set>
 

@@ -10,7 +10,7 @@
 #include "RuleDocument.h"
 #include "Schemas.h"
 
-#include "Tracking/ConfigLoader.h"
+#include "Tracking/Config/ConfigLoader.h"
 
 #include <memory>
 #include <sstream>

@@ -6,7 +6,7 @@
 #include "RuleStage.h"
 
 #include "Tracking/Config/Filter.h"
-#include "Tracking/FilterKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
 
 #include <cstdio>
 

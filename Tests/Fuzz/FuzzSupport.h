@@ -4,8 +4,8 @@
 // in a fuzzing build and ReplayMain.cpp calls for stored inputs in any other build. A target
 // fails by aborting (Fail), so that either of them keeps or names the input.
 
-#include "Tracking/Event.h"
-#include "Tracking/IKtTracker.h"
+#include "Tracking/Events/Event.h"
+#include "Tracking/Events/IKtTracker.h"
 
 #include <glog/logging.h>
 

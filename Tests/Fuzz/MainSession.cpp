@@ -19,9 +19,9 @@
 #include "KT/Service/SharingManager.h"
 #include "KT/Service/TutorialManager.h"
 #include "KT/SettingsKinds.h"
-#include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/FilterKtTracker.h"
-#include "Tracking/StatisticsManager.h"
+#include "Tracking/Manager/StatisticsManager.h"
+#include "Tracking/Rules/AggregatorKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
 #include "UI/AbstractPresetButton.h"
 #include "UI/ButtonWithPopUpList.h"
 

@@ -9,7 +9,7 @@
 #include "EventsJson.h"
 #include "ToolError.h"
 
-#include "Tracking/EventJson.h"
+#include "Tracking/Events/EventJson.h"
 
 #include <QByteArray>
 #include <QString>

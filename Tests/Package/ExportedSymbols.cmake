@@ -3,26 +3,53 @@
 # macro (or never had one) is internal, and none of its functions, vtables or typeinfos may be
 # exported; neither may those of a standard template instantiated for it.
 #
-#   cmake -D LIBRARY=<libKtTracking.so> -D NM=<nm> -P ExportedSymbols.cmake
+# The public boundary is read from the public headers themselves (the one list of them, written
+# by Lib/CMakeLists.txt): the names they define at namespace level (classes, structs, enums,
+# aliases and exported functions; forward declarations do not count) and the namespaces below
+# Velkor::KT::Tracking they open (the configuration model's "Config").
+#
+#   cmake -D LIBRARY=<libKtTracking.so> -D NM=<nm> -D HEADERS=<PublicHeaders.txt> \
+#         -P ExportedSymbols.cmake
 
 cmake_minimum_required(VERSION 3.16)
 
-foreach(variable IN ITEMS LIBRARY NM)
+foreach(variable IN ITEMS LIBRARY NM HEADERS)
     if(NOT ${variable})
         message(FATAL_ERROR "${variable} is not set")
     endif()
 endforeach()
 
-# The public boundary: what a host uses. "Config" is the configuration object model (its
-# generated classes and the parse functions), "Fillers" holds FillerTypes, "operator" the
-# QDebug output of an AttachReport.
-set(public
-    Event IKtTracker IKtTrackingEndpoint EventText
-    StatisticsManager IStatisticsManager GuiHandler HookHighlight InstancesHandler
-    FilterKtTracker AggregatorKtTracker ForwardKtTracker AppCoreKtTracker DebugKtTracker
-    LoadConfigFromQrc FillerTypes Config Fillers
-    AttachReport CheckGuiSection DumpObjectTree DumpTopLevelWidgets MatchObjectTree operator
-    RecordingKtTracker IRuleTraceListener EventJson AppendJsonString)
+file(STRINGS "${HEADERS}" headers)
+set(public "")
+foreach(header IN LISTS headers)
+    if(NOT EXISTS "${header}")
+        message(FATAL_ERROR "${header}: listed as public but not there")
+    endif()
+    # Semicolons would split CMake's list of lines; a forward declaration keeps its "<sc>".
+    file(READ "${header}" text)
+    string(REPLACE ";" "<sc>" text "${text}")
+    string(REPLACE "\n" ";" declarations "${text}")
+    foreach(line IN LISTS declarations)
+        set(name "")
+        if(line MATCHES "^namespace Velkor::KT::Tracking::([A-Za-z0-9_]+)")
+            set(name "${CMAKE_MATCH_1}")
+        elseif(line MATCHES "^namespace ([A-Za-z0-9_]+)$")
+            set(name "${CMAKE_MATCH_1}")
+        elseif(line MATCHES "^(enum class|class|struct|enum) (KT_TRACKING_EXPORT )?([A-Za-z0-9_]+)( |$)")
+            set(name "${CMAKE_MATCH_3}")
+        elseif(line MATCHES "^using ([A-Za-z0-9_]+) =")
+            set(name "${CMAKE_MATCH_1}")
+        elseif(line MATCHES "^KT_TRACKING_EXPORT .*[ :*&](operator|[A-Za-z0-9_]+)[^A-Za-z0-9_ (]*\\(")
+            set(name "${CMAKE_MATCH_1}")
+        endif()
+        if(name AND NOT name STREQUAL "Velkor")
+            list(APPEND public "${name}")
+        endif()
+    endforeach()
+endforeach()
+list(REMOVE_DUPLICATES public)
+list(SORT public)
+message(STATUS "Public names: ${public}")
 
 execute_process(
     COMMAND "${NM}" -D --defined-only --demangle "${LIBRARY}"

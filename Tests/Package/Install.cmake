@@ -72,11 +72,8 @@ set(forbidden
     "Rules\\.inc$"
     "\\.cxx$"
     "\\.cpp$"
-    "^include/KtTracking/Tracking/RuleDocument\\.h$"
-    "^include/KtTracking/Tracking/Instances/"
-    "^include/KtTracking/Tracking/Config/DocumentReader\\.h$"
-    "^include/KtTracking/Tracking/(QtEventHandler|LambdaQt4WithStringParameter|NotNull)\\.h$"
-    "^include/KtTracking/Tracking/Fillers/[A-Za-z]*Filler(Factory)?\\.h$"
+    "_p\\.h$"
+    "^include/KtTracking/Tracking/Config/DocumentReader"
     "^include/KtTracking/Analytics/(RotatingAppendFile|EventLineFormat|FileDescriptor)\\.h$")
 foreach(pattern IN LISTS forbidden)
     set(matches ${installed})

@@ -4,7 +4,7 @@
 // EventsFrom reads that text: a value runs from '=' to the next ',' or '}' (spaces included),
 // an empty name is "{K=V}". EventsText writes it, values as they are.
 
-#include "Tracking/Event.h"
+#include "Tracking/Events/Event.h"
 
 #include <string>
 #include <vector>

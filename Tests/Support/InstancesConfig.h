@@ -5,8 +5,8 @@
 
 #include "Support/EventPrinting.h"
 #include "Support/RecordingTracker.h"
+#include "Tracking/Config/ConfigLoader.h"
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/ConfigLoader.h"
 
 #include <memory>
 #include <sstream>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tracking/IKtTrackingEndpoint.h"
+#include "Tracking/Events/IKtTrackingEndpoint.h"
 
 #include <mutex>
 #include <string>

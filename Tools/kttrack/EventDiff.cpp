@@ -1,6 +1,6 @@
 #include "EventDiff.h"
 
-#include "Tracking/EventJson.h"
+#include "Tracking/Events/EventJson.h"
 
 #include <algorithm>
 #include <cstddef>

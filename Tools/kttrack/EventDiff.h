@@ -2,7 +2,7 @@
 
 #include "EventsJson.h"
 
-#include "Tracking/Event.h"
+#include "Tracking/Events/Event.h"
 
 #include <string>
 #include <vector>

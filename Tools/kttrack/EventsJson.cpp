@@ -2,7 +2,7 @@
 
 #include "ToolError.h"
 
-#include "Tracking/EventJson.h"
+#include "Tracking/Events/EventJson.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -3,7 +3,7 @@
 // Events as JSON Lines: one {"name": "...", "params": {"KEY": "VALUE", ...}} object per line, as
 // Tracking::EventJson() writes them.
 
-#include "Tracking/Event.h"
+#include "Tracking/Events/Event.h"
 
 #include <QByteArray>
 

@@ -2,7 +2,7 @@
 
 #include "RuleText.h"
 
-#include "Tracking/EventJson.h"
+#include "Tracking/Events/EventJson.h"
 
 #include <algorithm>
 #include <ostream>

@@ -3,7 +3,7 @@
 #include "Report.h"
 #include "RuleDocument.h"
 
-#include "Tracking/AttachReport.h"
+#include "Tracking/Gui/AttachReport.h"
 
 #include <string>
 

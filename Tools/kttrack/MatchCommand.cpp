@@ -4,7 +4,7 @@
 #include "RuleDocument.h"
 #include "Schemas.h"
 
-#include "Tracking/ObjectTree.h"
+#include "Tracking/Gui/ObjectTree.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -9,10 +9,10 @@
 #include "SessionTrace.h"
 #include "ToolError.h"
 
-#include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/EventJson.h"
-#include "Tracking/EventText.h"
-#include "Tracking/FilterKtTracker.h"
+#include "Tracking/Events/EventJson.h"
+#include "Tracking/Events/EventText.h"
+#include "Tracking/Rules/AggregatorKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tracking/Event.h"
+#include "Tracking/Events/Event.h"
 
 #include <iosfwd>
 #include <string>

@@ -6,7 +6,7 @@
 
 #include "Tracking/Config/Aggregator.h"
 #include "Tracking/Config/Filter.h"
-#include "Tracking/IRuleTraceListener.h"
+#include "Tracking/Rules/IRuleTraceListener.h"
 
 #include <array>
 #include <string>

@@ -1,6 +1,6 @@
 #include "RuleText.h"
 
-#include "Tracking/EventJson.h"
+#include "Tracking/Events/EventJson.h"
 
 #include <charconv>
 

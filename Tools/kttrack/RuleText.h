@@ -3,8 +3,8 @@
 // Rules and events as the tool's reports write them.
 
 #include "Tracking/Config/Filter.h"
-#include "Tracking/Event.h"
-#include "Tracking/IRuleTraceListener.h"
+#include "Tracking/Events/Event.h"
+#include "Tracking/Rules/IRuleTraceListener.h"
 
 #include <cstddef>
 #include <string>

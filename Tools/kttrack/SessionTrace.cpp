@@ -4,9 +4,9 @@
 #include "Schemas.h"
 #include "ToolError.h"
 
-#include "Tracking/AggregatorKtTracker.h"
-#include "Tracking/ConfigLoader.h"
-#include "Tracking/FilterKtTracker.h"
+#include "Tracking/Config/ConfigLoader.h"
+#include "Tracking/Rules/AggregatorKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
 
 namespace Velkor::KT::KtTrack
 {

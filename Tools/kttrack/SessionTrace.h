@@ -8,8 +8,8 @@
 #include "RuleDocument.h"
 #include "RuleLines.h"
 
-#include "Tracking/Event.h"
-#include "Tracking/IRuleTraceListener.h"
+#include "Tracking/Events/Event.h"
+#include "Tracking/Rules/IRuleTraceListener.h"
 
 #include <iosfwd>
 #include <memory>

@@ -1,7 +1,7 @@
-#include "Tracking/Config/DocumentReader.h"
+#include "Tracking/Config/DocumentReader_p.h"
 
-#include "Tracking/Config/HardenedDomParser.h"
-#include "Tracking/Config/ReadingOrder.h"
+#include "Tracking/Config/HardenedDomParser_p.h"
+#include "Tracking/Config/ReadingOrder_p.h"
 
 #include <string>
 #include <utility>

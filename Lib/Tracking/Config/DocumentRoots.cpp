@@ -2,11 +2,11 @@
 // rules extracted from its schema, then builds the generated object model from what was read.
 
 #include "Tracking/Config/Aggregator.h"
-#include "Tracking/Config/DocumentReader.h"
+#include "Tracking/Config/DocumentReader_p.h"
 #include "Tracking/Config/Filter.h"
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Config/XercesSession.h"
-#include "Tracking/Config/XmlText.h"
+#include "Tracking/Config/XercesSession_p.h"
+#include "Tracking/Config/XmlText_p.h"
 
 #include <xercesc/dom/DOMElement.hpp>
 

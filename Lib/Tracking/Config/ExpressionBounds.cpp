@@ -1,4 +1,4 @@
-#include "Tracking/Config/ExpressionBounds.h"
+#include "Tracking/Config/ExpressionBounds_p.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,6 +1,6 @@
-#include "Tracking/Config/HardenedDomParser.h"
+#include "Tracking/Config/HardenedDomParser_p.h"
 
-#include "Tracking/Config/XmlText.h"
+#include "Tracking/Config/XmlText_p.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/internal/XMLScanner.hpp>

@@ -1,4 +1,4 @@
-#include "Tracking/Config/LexicalValues.h"
+#include "Tracking/Config/LexicalValues_p.h"
 
 #include <cerrno>
 #include <climits>

@@ -1,6 +1,6 @@
-#include "Tracking/Config/ReadingOrder.h"
+#include "Tracking/Config/ReadingOrder_p.h"
 
-#include "Tracking/Config/ExpressionBounds.h"
+#include "Tracking/Config/ExpressionBounds_p.h"
 
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/util/XMLString.hpp>

@@ -1,4 +1,4 @@
-#include "Tracking/Config/ReadingRules.h"
+#include "Tracking/Config/ReadingRules_p.h"
 
 #include <string>
 #include <unordered_map>

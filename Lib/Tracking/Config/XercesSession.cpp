@@ -1,4 +1,4 @@
-#include "Tracking/Config/XercesSession.h"
+#include "Tracking/Config/XercesSession_p.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 

@@ -1,4 +1,4 @@
-#include "Tracking/Fillers/AppConfigFiller.h"
+#include "Tracking/Fillers/AppConfigFiller_p.h"
 
 #include "Util/Bitness.h"
 

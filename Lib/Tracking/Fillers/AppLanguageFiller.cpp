@@ -1,4 +1,4 @@
-#include "Tracking/Fillers/AppLanguageFiller.h"
+#include "Tracking/Fillers/AppLanguageFiller_p.h"
 
 #include <utility>
 

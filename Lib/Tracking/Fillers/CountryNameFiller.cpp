@@ -1,4 +1,4 @@
-#include "Tracking/Fillers/CountryNameFiller.h"
+#include "Tracking/Fillers/CountryNameFiller_p.h"
 
 #include <QLocale>
 #include <QString>

@@ -1,14 +1,14 @@
-#include "Tracking/Fillers/FillerFactory.h"
+#include "Tracking/Fillers/FillerFactory_p.h"
 
 #include "Analytics/AcceleratorsPropertiesFiller.h"
 #include "Analytics/HardwareConfigFiller.h"
 #include "Analytics/OSConfigFiller.h"
 #include "App/ILookAndFeelManager.h"
-#include "Tracking/Fillers/AppConfigFiller.h"
-#include "Tracking/Fillers/AppLanguageFiller.h"
-#include "Tracking/Fillers/CountryNameFiller.h"
-#include "Tracking/Fillers/HyperPassPropertiesFiller.h"
-#include "Tracking/Fillers/MonitorsConfigFiller.h"
+#include "Tracking/Fillers/AppConfigFiller_p.h"
+#include "Tracking/Fillers/AppLanguageFiller_p.h"
+#include "Tracking/Fillers/CountryNameFiller_p.h"
+#include "Tracking/Fillers/HyperPassPropertiesFiller_p.h"
+#include "Tracking/Fillers/MonitorsConfigFiller_p.h"
 
 #include <algorithm>
 

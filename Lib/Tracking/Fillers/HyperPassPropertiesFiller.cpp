@@ -1,4 +1,4 @@
-#include "Tracking/Fillers/HyperPassPropertiesFiller.h"
+#include "Tracking/Fillers/HyperPassPropertiesFiller_p.h"
 
 #include "KT/ConvertationSettings.h"
 

@@ -1,4 +1,4 @@
-#include "Tracking/Fillers/MonitorsConfigFiller.h"
+#include "Tracking/Fillers/MonitorsConfigFiller_p.h"
 
 #include <qpa/qplatformscreen.h>
 #include <QGuiApplication>

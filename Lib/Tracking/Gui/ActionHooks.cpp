@@ -1,9 +1,9 @@
-#include "Tracking/Gui/ActionHooks.h"
+#include "Tracking/Gui/ActionHooks_p.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/ParseContext.h"
-#include "Tracking/Gui/TriggerEvent.h"
-#include "Tracking/QtEventHandler.h"
+#include "Tracking/Gui/ParseContext_p.h"
+#include "Tracking/Gui/QtEventHandler_p.h"
+#include "Tracking/Gui/TriggerEvent_p.h"
 
 #include <QAction>
 #include <QByteArray>

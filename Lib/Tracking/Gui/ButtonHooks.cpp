@@ -1,10 +1,10 @@
-#include "Tracking/Gui/ButtonHooks.h"
+#include "Tracking/Gui/ButtonHooks_p.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/ParseContext.h"
-#include "Tracking/Gui/TriggerEvent.h"
-#include "Tracking/Gui/WidgetEventHooks.h"
-#include "Tracking/QtEventHandler.h"
+#include "Tracking/Gui/ParseContext_p.h"
+#include "Tracking/Gui/QtEventHandler_p.h"
+#include "Tracking/Gui/TriggerEvent_p.h"
+#include "Tracking/Gui/WidgetEventHooks_p.h"
 
 #include "UI/AbstractPresetButton.h"
 #include "UI/ButtonWithPopUpList.h"

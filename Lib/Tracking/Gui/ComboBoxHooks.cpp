@@ -1,10 +1,10 @@
-#include "Tracking/Gui/ComboBoxHooks.h"
+#include "Tracking/Gui/ComboBoxHooks_p.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/ParseContext.h"
-#include "Tracking/Gui/TriggerEvent.h"
-#include "Tracking/IKtTracker.h"
-#include "Tracking/QtEventHandler.h"
+#include "Tracking/Events/IKtTracker.h"
+#include "Tracking/Gui/ParseContext_p.h"
+#include "Tracking/Gui/QtEventHandler_p.h"
+#include "Tracking/Gui/TriggerEvent_p.h"
 
 #include <QComboBox>
 #include <QVariant>

@@ -1,4 +1,4 @@
-#include "Tracking/Gui/DumpedObjectTree.h"
+#include "Tracking/Gui/DumpedObjectTree_p.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,7 +1,7 @@
-#include "Tracking/Gui/EntryTable.h"
+#include "Tracking/Gui/EntryTable_p.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/ElementKinds.h"
+#include "Tracking/Gui/ElementKinds_p.h"
 
 namespace Velkor::KT::Tracking::Gui
 {

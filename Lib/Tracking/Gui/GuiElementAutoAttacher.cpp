@@ -1,16 +1,17 @@
-#include "Tracking/Gui/GuiElementAutoAttacher.h"
+#include "Tracking/Gui/GuiElementAutoAttacher_p.h"
 
-#include "Tracking/Gui/AttachedMarker.h"
-#include "Tracking/GuiHandler.h"
+#include "Tracking/Gui/AttachedMarker_p.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QWidget>
 
+#include <utility>
+
 namespace Velkor::KT::Tracking
 {
 
-GuiElementAutoAttacher::GuiElementAutoAttacher(GuiHandler* handler) : m_handler(handler)
+GuiElementAutoAttacher::GuiElementAutoAttacher(Attach attach) : m_attach(std::move(attach))
 {
     if (QCoreApplication* application = QCoreApplication::instance())
     {
@@ -28,12 +29,12 @@ GuiElementAutoAttacher::~GuiElementAutoAttacher()
 
 bool GuiElementAutoAttacher::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::WinIdChange && m_handler && watched->isWidgetType())
+    if (event->type() == QEvent::WinIdChange && m_attach && watched->isWidgetType())
     {
         auto* widget = static_cast<QWidget*>(watched);
         if (widget->isWindow() && !IsAttached(widget))
         {
-            m_handler->Attach(widget, nullptr);
+            m_attach(widget);
         }
     }
     return QObject::eventFilter(watched, event);

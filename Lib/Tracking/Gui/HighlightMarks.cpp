@@ -1,4 +1,4 @@
-#include "Tracking/Gui/HighlightMarks.h"
+#include "Tracking/Gui/HighlightMarks_p.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,6 +1,6 @@
-#include "Tracking/Gui/HighlightOverlay.h"
+#include "Tracking/Gui/HighlightOverlay_p.h"
 
-#include "Tracking/Gui/AttachedMarker.h"
+#include "Tracking/Gui/AttachedMarker_p.h"
 
 #include <QBitmap>
 #include <QPainter>

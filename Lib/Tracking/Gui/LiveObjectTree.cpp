@@ -1,4 +1,4 @@
-#include "Tracking/Gui/LiveObjectTree.h"
+#include "Tracking/Gui/LiveObjectTree_p.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "Tracking/Gui/ObjectSearch.h"
+#include "Tracking/Gui/ObjectSearch_p.h"
 
 #include "Tracking/Config/KtmStat.h"
 

@@ -1,6 +1,6 @@
-#include "Tracking/Gui/ReportMerge.h"
+#include "Tracking/Gui/ReportMerge_p.h"
 
-#include "Tracking/Gui/SectionLints.h"
+#include "Tracking/Gui/SectionLints_p.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
-#include "Tracking/Gui/SectionLints.h"
+#include "Tracking/Gui/SectionLints_p.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/ElementKinds.h"
-#include "Tracking/Gui/EntryTable.h"
+#include "Tracking/Gui/ElementKinds_p.h"
+#include "Tracking/Gui/EntryTable_p.h"
 
 #include <QRegExp>
 #include <QStringList>

@@ -1,10 +1,10 @@
-#include "Tracking/Gui/SignalHooks.h"
+#include "Tracking/Gui/SignalHooks_p.h"
 
 #include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/ParseContext.h"
-#include "Tracking/Gui/TriggerEvent.h"
-#include "Tracking/LambdaQt4WithStringParameter.h"
-#include "Tracking/QtEventHandler.h"
+#include "Tracking/Gui/LambdaQt4WithStringParameter_p.h"
+#include "Tracking/Gui/ParseContext_p.h"
+#include "Tracking/Gui/QtEventHandler_p.h"
+#include "Tracking/Gui/TriggerEvent_p.h"
 
 #include "Util/LambdaQt4.h"
 #include "Util/LambdaQt4WithIntParameter.h"

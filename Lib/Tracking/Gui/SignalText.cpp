@@ -1,4 +1,4 @@
-#include "Tracking/Gui/SignalText.h"
+#include "Tracking/Gui/SignalText_p.h"
 
 #include <QMetaObject>
 #include <QMetaType>

@@ -1,6 +1,6 @@
-#include "Tracking/Gui/TriggerEvent.h"
+#include "Tracking/Gui/TriggerEvent_p.h"
 
-#include "Tracking/IKtTracker.h"
+#include "Tracking/Events/IKtTracker.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
-#include "Tracking/Instances/ConverterObserver.h"
+#include "Tracking/Instances/ConverterObserver_p.h"
 
-#include "Tracking/IKtTracker.h"
-#include "Tracking/ValueTexts.h"
+#include "Tracking/Events/IKtTracker.h"
+#include "Tracking/Instances/ValueTexts_p.h"
 
 namespace Velkor::KT::Tracking
 {

@@ -1,4 +1,4 @@
-#include "Tracking/Instances/ObserversHolder.h"
+#include "Tracking/Instances/ObserversHolder_p.h"
 
 namespace Velkor::KT::Tracking::BadMemoryManagment
 {

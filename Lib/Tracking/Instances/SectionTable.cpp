@@ -1,4 +1,4 @@
-#include "Tracking/Instances/SectionTable.h"
+#include "Tracking/Instances/SectionTable_p.h"
 
 #include "Core/EventPublisher.h"
 #include "KT/AbstractScreenshotTakerWrapper.h"
@@ -16,8 +16,8 @@
 #include "KT/Service/ITutorialManager.h"
 #include "KT/SettingsKinds.h"
 #include "Module/Editing/IVECommunicationObserver.h"
-#include "Tracking/Instances/ServiceSectionAttachers.h"
-#include "Tracking/Instances/SettingsSectionAttachers.h"
+#include "Tracking/Instances/ServiceSectionAttachers_p.h"
+#include "Tracking/Instances/SettingsSectionAttachers_p.h"
 
 namespace Velkor::KT::Tracking
 {

@@ -1,9 +1,9 @@
-#include "Tracking/Instances/ServiceSectionAttachers.h"
+#include "Tracking/Instances/ServiceSectionAttachers_p.h"
 
-#include "Tracking/Instances/CaptureInfoObserver.h"
-#include "Tracking/Instances/ConverterObserver.h"
-#include "Tracking/Instances/ServiceObservers.h"
-#include "Tracking/Instances/SharingObserver.h"
+#include "Tracking/Instances/CaptureInfoObserver_p.h"
+#include "Tracking/Instances/ConverterObserver_p.h"
+#include "Tracking/Instances/ServiceObservers_p.h"
+#include "Tracking/Instances/SharingObserver_p.h"
 
 #include "Tracking/Config/KtmStat.hxx"
 

@@ -1,11 +1,11 @@
-#include "Tracking/Instances/SettingsSectionAttachers.h"
+#include "Tracking/Instances/SettingsSectionAttachers_p.h"
 
 #include "KT/ProductSettings.h"
 #include "KT/SettingsKinds.h"
-#include "Tracking/Instances/AttachedObserver.h"
-#include "Tracking/Instances/SettingsObserver.h"
-#include "Tracking/Instances/ValueCallback.h"
-#include "Tracking/ValueTexts.h"
+#include "Tracking/Instances/AttachedObserver_p.h"
+#include "Tracking/Instances/SettingsObserver_p.h"
+#include "Tracking/Instances/ValueCallback_p.h"
+#include "Tracking/Instances/ValueTexts_p.h"
 
 #include "Tracking/Config/KtmStat.hxx"
 

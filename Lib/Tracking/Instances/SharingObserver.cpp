@@ -1,8 +1,8 @@
-#include "Tracking/Instances/SharingObserver.h"
+#include "Tracking/Instances/SharingObserver_p.h"
 
-#include "Tracking/IKtTracker.h"
-#include "Tracking/Instances/ValueCallback.h"
-#include "Tracking/ValueTexts.h"
+#include "Tracking/Events/IKtTracker.h"
+#include "Tracking/Instances/ValueCallback_p.h"
+#include "Tracking/Instances/ValueTexts_p.h"
 
 #include <QFileInfo>
 

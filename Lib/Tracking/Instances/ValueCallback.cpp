@@ -1,7 +1,7 @@
-#include "Tracking/Instances/ValueCallback.h"
+#include "Tracking/Instances/ValueCallback_p.h"
 
-#include "Tracking/IKtTracker.h"
-#include "Tracking/ValueTexts.h"
+#include "Tracking/Events/IKtTracker.h"
+#include "Tracking/Instances/ValueTexts_p.h"
 
 #include <QRect>
 #include <QSize>

@@ -1,8 +1,0 @@
-#include "Tracking/IStatisticsManager.h"
-
-namespace Velkor::KT::Tracking
-{
-
-IStatisticsManager::~IStatisticsManager() = default;
-
-}  // namespace Velkor::KT::Tracking
