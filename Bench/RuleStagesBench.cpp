@@ -1,17 +1,15 @@
 #include "BenchSupport.h"
 
+#include "Tracking/Rules/AggregatorPass_p.h"
+#include "Tracking/Rules/FilterPass_p.h"
+
 #include <benchmark/benchmark.h>
 
-#include <cerrno>
-#include <clocale>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <sstream>
 #include <string>
-
-#include <locale.h>
 
 using namespace Velkor::KT::Tracking;
 using Velkor::Bench::TenProperties;
@@ -20,213 +18,10 @@ using NullEndpoint = Velkor::Bench::NullTracker;
 namespace
 {
 
-// ---- The floor: the stages' evaluation as it was before they could report to a listener, kept
-// here only to be measured side by side with the stages without a listener.
-namespace Untraced
-{
-
-namespace F = Config::Filter;
-namespace A = Config::Aggregator;
-
-bool ReadNumber(const std::string& text, double& number)
-{
-    static const locale_t cLocale = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(nullptr));
-    const char* begin = text.c_str();
-    char* end = nullptr;
-    const int savedErrno = errno;
-    errno = 0;
-    const double value = strtod_l(begin, &end, cLocale);
-    const bool outOfRange = errno == ERANGE;
-    errno = savedErrno;
-    if (end == begin || outOfRange)
-    {
-        return false;
-    }
-    number = value;
-    return true;
-}
-
-bool Passes(const F::MatcherEqual& m, const std::string& v)
-{
-    return (v == m.value()) == m.actOn();
-}
-bool Passes(const F::MatcherStartsWith& m, const std::string& v)
-{
-    const std::string& p = m.value();
-    return (v.size() >= p.size() && v.compare(0, p.size(), p) == 0) == m.actOn();
-}
-bool Passes(const F::MatcherEndsWith& m, const std::string& v)
-{
-    const std::string& s = m.value();
-    return s.size() <= v.size() && (v.compare(v.size() - s.size(), s.size(), s) == 0) == m.actOn();
-}
-bool Passes(const F::MatcherContains& m, const std::string& v)
-{
-    return (v.find(m.value()) != std::string::npos) == m.actOn();
-}
-bool Passes(const F::MatcherRange& m, const std::string& v)
-{
-    double n = 0;
-    const bool inside = (m.from() || m.to()) && ReadNumber(v, n) && (!m.from() || n >= *m.from()) &&
-                        (!m.to() || n <= *m.to());
-    return inside == m.actOn();
-}
-bool Passes(const F::MatcherAny& m, const std::string&)
-{
-    return m.actOn();
-}
-
-struct Filter : IKtTracker
-{
-    void Track(const Event& event) override
-    {
-        const Event w = Rewrite(event);
-        if (!w.name.empty())
-        {
-            next->Track(w);
-        }
-    }
-
-    template <typename Matchers>
-    bool TryKind(const Matchers& matchers, const std::string& key, const std::string& value,
-                 Event& w)
-    {
-        for (const auto& matcher : matchers)
-        {
-            if (Passes(matcher, value))
-            {
-                Act(matcher, key, w);
-                return true;
-            }
-        }
-        return false;
-    }
-
-    void Act(const F::Updater& actions, const std::string& key, Event& w)
-    {
-        if (actions.setValue())
-        {
-            w.params[key] = actions.setValue()->value();
-        }
-        for (const auto& add : actions.addParam())
-        {
-            w.params.emplace(add.key(), add.value());
-        }
-        for (const auto& mod : actions.modParam())
-        {
-            w.params[mod.key()] = mod.value();
-        }
-        for (const auto& rename : actions.modEvent())
-        {
-            w.name = rename.name();
-        }
-        for (const auto& skip : actions.skipEvent())
-        {
-            const auto last = repeats.find(w.name);
-            if (!skip.skipFullRepeats() || (last != repeats.end() && last->second == w.params))
-            {
-                w.name.clear();
-            }
-            else
-            {
-                repeats[w.name] = w.params;
-            }
-        }
-        for (const auto& del : actions.delParam())
-        {
-            w.params.erase(del.key());
-        }
-    }
-
-    Event Rewrite(const Event& event)
-    {
-        Event w = event;
-        std::lock_guard<std::mutex> lock(mutex);
-        for (const auto& block : document->event())
-        {
-            if (block.event() != w.name)
-            {
-                continue;
-            }
-            for (const auto& rule : block.param())
-            {
-                const auto found = w.params.find(rule.key());
-                if (found == w.params.end())
-                {
-                    continue;
-                }
-                const std::string value = found->second;
-                const std::string& key = rule.key();
-                TryKind(rule.equal(), key, value, w) || TryKind(rule.startsWith(), key, value, w) ||
-                    TryKind(rule.endsWith(), key, value, w) ||
-                    TryKind(rule.contains(), key, value, w) ||
-                    TryKind(rule.inRange(), key, value, w) || TryKind(rule.any(), key, value, w);
-            }
-        }
-        return w;
-    }
-
-    std::shared_ptr<IKtTracker> next;
-    std::unique_ptr<F::Filter> document;
-    std::mutex mutex;
-    std::map<std::string, Event::Params> repeats;
-};
-
-struct Aggregator : IKtTracker
-{
-    void Track(const Event& event) override
-    {
-        const Event w = Merge(event);
-        if (!w.name.empty())
-        {
-            next->Track(w);
-        }
-    }
-
-    Event Merge(const Event& event)
-    {
-        Event w = event;
-        std::lock_guard<std::mutex> lock(mutex);
-        bool holdBack = false;
-        for (const auto& block : document->event())
-        {
-            if (block.event() == w.name)
-            {
-                const auto held = pending.find(block.event());
-                if (held != pending.end() && !held->second.empty())
-                {
-                    for (const auto& [key, value] : held->second)
-                    {
-                        w.params[key] = value;
-                    }
-                    held->second.clear();
-                }
-                continue;
-            }
-            for (const auto& affecting : block.affectingEventName())
-            {
-                if (affecting == w.name)
-                {
-                    pending[block.event()] = w.params;
-                    holdBack = true;
-                    break;
-                }
-            }
-        }
-        if (holdBack)
-        {
-            w.name.clear();
-        }
-        return w;
-    }
-
-    std::shared_ptr<IKtTracker> next;
-    std::unique_ptr<A::Aggregator> document;
-    std::mutex mutex;
-    std::map<std::string, Event::Params> pending;
-};
-
-template <typename Root>
+// ---- The floor: the stages' own evaluation instantiated without the trace (FilterPass<false>,
+// AggregatorPass<false>), under a lock and before the same endpoint, but without the stage
+// around it: what the stage adds is its dispatch between the traced and the untraced pass.
+template <class Root>
 std::unique_ptr<Root> Read(const char* resource,
                            std::unique_ptr<Root> (*parse)(std::istream&, ::xml_schema::flags,
                                                           const ::xml_schema::properties&))
@@ -235,7 +30,27 @@ std::unique_ptr<Root> Read(const char* resource,
     return parse(text, ::xml_schema::flags::dont_validate, ::xml_schema::properties());
 }
 
-}  // namespace Untraced
+template <template <bool> class Pass, class Root>
+struct Floor : IKtTracker
+{
+    void Track(const Event& event) override
+    {
+        Event w;
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            w = Pass<false>(*document, memory, nullptr).Run(event);
+        }
+        if (!w.name.empty())
+        {
+            next->Track(w);
+        }
+    }
+
+    std::shared_ptr<IKtTracker> next;
+    std::unique_ptr<Root> document;
+    std::mutex mutex;
+    std::map<std::string, Event::Params> memory;
+};
 
 // Counts what the stages report, as kttrack coverage does.
 class CountingListener : public IRuleTraceListener
@@ -271,7 +86,7 @@ enum Mode
 
 void Label(benchmark::State& state, int mode)
 {
-    state.SetLabel(mode == kUntracedFloor ? "untraced copy (floor)"
+    state.SetLabel(mode == kUntracedFloor ? "untraced pass (floor)"
                    : mode == kNoListener  ? "stage, no listener"
                                           : "stage, counting listener");
 }
@@ -289,7 +104,7 @@ std::shared_ptr<IKtTracker> MakeStage(
     {
         auto floor = std::make_shared<Floor>();
         floor->next = endpoint;
-        floor->document = Untraced::Read(resource, read);
+        floor->document = Read(resource, read);
         return floor;
     }
     auto stage = std::make_shared<Stage>(endpoint);
@@ -303,14 +118,14 @@ std::shared_ptr<IKtTracker> MakeStage(
 
 std::shared_ptr<IKtTracker> FilterStage(int mode)
 {
-    return MakeStage<FilterKtTracker, Untraced::Filter>(mode, "/KT/Tracking/FilterConfig.xml",
-                                                        &Untraced::F::filter);
+    return MakeStage<FilterKtTracker, Floor<FilterPass, Config::Filter::Filter>>(
+        mode, "/KT/Tracking/FilterConfig.xml", &Config::Filter::filter);
 }
 
 std::shared_ptr<IKtTracker> AggregatorStage(int mode)
 {
-    return MakeStage<AggregatorKtTracker, Untraced::Aggregator>(
-        mode, "/KT/Tracking/AggregatorConfig.xml", &Untraced::A::aggregator);
+    return MakeStage<AggregatorKtTracker, Floor<AggregatorPass, Config::Aggregator::Aggregator>>(
+        mode, "/KT/Tracking/AggregatorConfig.xml", &Config::Aggregator::aggregator);
 }
 
 // range(0): 0 = an event no block names (walks the whole document), 1 = "CAPTURE_STOP"

@@ -3,6 +3,7 @@
 #include "Tracking/Config/Aggregator.h"
 #include "Tracking/Config/XercesSession_p.h"
 #include "Tracking/Events/NotNull_p.h"
+#include "Tracking/Rules/AggregatorPass_p.h"
 #include "Tracking/Rules/RuleDocument_p.h"
 
 #include <map>
@@ -20,83 +21,16 @@ public:
 
     Event Merge(const Event& event)
     {
-        Event w = event;
         std::lock_guard<std::mutex> lock(mutex);
         if (!document)
         {
-            return w;
+            return event;
         }
         if (trace)
         {
-            trace->AggregatorStarted(w);
+            return AggregatorPass<true>(*document, pending, trace.get()).Run(event);
         }
-        bool holdBack = false;
-        int index = -1;
-        for (const auto& block : document->event())
-        {
-            ++index;
-            const std::string& mainName = block.event();
-            if (mainName == w.name)
-            {
-                const auto held = pending.find(mainName);
-                const bool merging = held != pending.end() && !held->second.empty();
-                if (trace)
-                {
-                    trace->AggregatorMainEvent(index, merging);
-                }
-                if (merging)
-                {
-                    // The cause's properties win over the main event's own.
-                    for (const auto& [key, value] : held->second)
-                    {
-                        if (trace)
-                        {
-                            TraceMerge(index, key, value, w);
-                        }
-                        w.params[key] = value;
-                    }
-                    held->second.clear();
-                }
-                continue;
-            }
-            int affecting = 0;
-            for (const auto& name : block.affectingEventName())
-            {
-                if (name == w.name)
-                {
-                    // The last cause wins: an earlier, unconsumed set is replaced.
-                    Event::Params& slot = pending[mainName];
-                    if (trace)
-                    {
-                        const Event::Params discarded = std::move(slot);
-                        slot = w.params;
-                        trace->AggregatorHeld(index, affecting, slot, discarded);
-                    }
-                    else
-                    {
-                        slot = w.params;
-                    }
-                    holdBack = true;
-                    break;
-                }
-                ++affecting;
-            }
-        }
-        if (holdBack)
-        {
-            w.name.clear();
-        }
-        if (trace)
-        {
-            trace->AggregatorFinished(w);
-        }
-        return w;
-    }
-
-    void TraceMerge(int block, const std::string& key, const std::string& value, const Event& w)
-    {
-        const auto own = w.params.find(key);
-        trace->AggregatorMerged(block, key, own == w.params.end() ? nullptr : &own->second, value);
+        return AggregatorPass<false>(*document, pending, nullptr).Run(event);
     }
 
     NotNull<IKtTracker> next;
