@@ -1,23 +1,10 @@
-#include <benchmark/benchmark.h>
-#include <glog/logging.h>
+#include "Support/Process.h"
 
-#include <QApplication>
+#include <benchmark/benchmark.h>
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-    {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    google::InitGoogleLogging(argv[0]);
-    FLAGS_logtostderr = false;
-    FLAGS_stderrthreshold = google::GLOG_WARNING;
-    for (int severity = google::GLOG_INFO; severity < google::NUM_SEVERITIES; ++severity)
-    {
-        google::SetLogDestination(severity, "");
-    }
-    QApplication application(argc, argv);
-
+    const auto application = KtTest::StartProcess(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
     {

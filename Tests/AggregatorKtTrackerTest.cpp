@@ -1,10 +1,6 @@
 #include "Tracking/Tracking.h"
 
-#include "Support/EventPrinting.h"
-#include "Support/EventText.h"
-#include "Support/LogCapture.h"
-#include "Support/RecordingTracker.h"
-#include "Support/Table.h"
+#include "Support/StageTable.h"
 
 #include <gtest/gtest.h>
 
@@ -15,58 +11,20 @@
 
 using Velkor::KT::Tracking::AggregatorKtTracker;
 using Velkor::KT::Tracking::Event;
-using Velkor::KT::Tracking::IRuleTraceListener;
 using Velkor::KT::Tracking::LoadConfigFromQrc;
 
 namespace
 {
 
 using Events = std::vector<Event>;
+using Stage = KtTest::Stage<AggregatorKtTracker>;
+using AggregatorTest = KtTest::Table<KtTest::StageRow>;
 
 const char kShipped[] = "/KT/Tracking/AggregatorConfig.xml";
 
-struct Stage
-{
-    std::shared_ptr<KtTest::RecordingTracker> out = std::make_shared<KtTest::RecordingTracker>();
-    std::shared_ptr<AggregatorKtTracker> aggregator = std::make_shared<AggregatorKtTracker>(out);
-
-    Events Run(const Events& input)
-    {
-        for (const auto& event : input)
-        {
-            aggregator->Track(event);
-        }
-        return out->Events();
-    }
-};
-
-struct Row
-{
-    const char* label;
-    std::string document;  // text, or a resource path starting with "/KT/"
-    std::string input;     // events as KtTest::EventsFrom reads them
-    std::string expected;
-};
-
-using AggregatorTest = KtTest::Table<Row>;
-
 TEST_P(AggregatorTest, MergesCausesIntoTheNextMainEvent)
 {
-    const Row& row = GetParam();
-    const std::string text =
-        row.document.rfind("/KT/", 0) == 0 ? LoadConfigFromQrc(row.document) : row.document;
-    ASSERT_FALSE(text.empty());
-    Stage stage;
-    KtTest::LogCapture log;
-    stage.aggregator->SetConfig(text);
-    ASSERT_TRUE(log.Messages().empty()) << log.Messages().front();
-    const Events input = KtTest::EventsFrom(row.input);
-    EXPECT_EQ(stage.Run(input), KtTest::EventsFrom(row.expected));
-
-    Stage traced;
-    traced.aggregator->SetTraceListener(std::make_shared<IRuleTraceListener>());
-    traced.aggregator->SetConfig(text);
-    EXPECT_EQ(traced.Run(input), KtTest::EventsFrom(row.expected)) << "with a trace listener";
+    KtTest::ExpectDelivers<AggregatorKtTracker>(GetParam());
 }
 
 const std::string kMainFirst =
@@ -77,7 +35,10 @@ const std::string kAffectingFirst =
     "<event event=\"A\"><affectingEventName>X</affectingEventName></event></aggregator>";
 
 KT_ROWS(AggregatorTest,
-        {{"TrayCauseReachesOnlyTheNextStart", kShipped,
+        {{"WithoutDocumentAllButEmptyNamesPass", "",
+          "TRAY_CAPTURE_START_EVENT{} {} CAPTURE_START{}",
+          "TRAY_CAPTURE_START_EVENT{} CAPTURE_START{}"},
+         {"TrayCauseReachesOnlyTheNextStart", kShipped,
           "TRAY_CAPTURE_START_EVENT{METHOD=TRAY} CAPTURE_START{A=1} CAPTURE_START{A=2}",
           "CAPTURE_START{A=1,METHOD=TRAY} CAPTURE_START{A=2}"},
          {"HotkeyFeedsStartAndStopUntilReplaced", kShipped,
@@ -109,45 +70,31 @@ KT_ROWS(AggregatorTest,
          {"MainAndAffectingAffectingBlockFirst", kAffectingFirst, "X{k=1} A{a=2} B{} A{} B{}",
           "B{a=2} B{}"}});
 
-TEST(AggregatorKtTrackerTest, WithoutDocumentPassesEverythingButEmptyNames)
-{
-    Stage stage;
-    EXPECT_EQ(stage.Run(KtTest::EventsFrom("TRAY_CAPTURE_START_EVENT{} {} CAPTURE_START{}")),
-              KtTest::EventsFrom("TRAY_CAPTURE_START_EVENT{} CAPTURE_START{}"));
-}
-
 TEST(AggregatorKtTrackerTest, HeldCausesSurviveANewDocument)
 {
     Stage stage;
-    stage.aggregator->SetConfig(LoadConfigFromQrc(kShipped));
-    stage.aggregator->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}});
-    stage.aggregator->SetConfig("<aggregator><event event=\"CAPTURE_START\"/></aggregator>");
-    stage.aggregator->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "IGNORED"}}});
-    stage.aggregator->Track({"CAPTURE_START", {}});
+    stage.tracker->SetConfig(LoadConfigFromQrc(kShipped));
+    stage.tracker->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}});
+    stage.tracker->SetConfig("<aggregator><event event=\"CAPTURE_START\"/></aggregator>");
+    stage.tracker->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "IGNORED"}}});
+    stage.tracker->Track({"CAPTURE_START", {}});
     EXPECT_EQ(stage.out->Events(), (Events{{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "IGNORED"}}},
                                            {"CAPTURE_START", {{"METHOD", "TRAY"}}}}));
 }
 
-TEST(AggregatorKtTrackerTest, BadDocumentIsLoggedAndTheOldOneKept)
+using AggregatorBadDocumentTest = KtTest::Table<KtTest::RefusedRow>;
+
+TEST_P(AggregatorBadDocumentTest, IsLoggedAndTheOldOneKept)
 {
-    Stage stage;
-    stage.aggregator->SetConfig(LoadConfigFromQrc(kShipped));
-    KtTest::LogCapture log;
-    stage.aggregator->SetConfig(
-        "<aggregator><event><affectingEventName>X</affectingEventName></event></aggregator>");
-    stage.aggregator->SetConfig("<filter/>");
-    const auto lines = log.Lines();
-    ASSERT_EQ(lines.size(), 2u);
-    for (const auto& line : lines)
-    {
-        EXPECT_EQ(line.severity, google::GLOG_ERROR);
-        EXPECT_EQ(line.message.rfind("Can't parse configuration: ", 0), 0u) << line.message;
-    }
-    EXPECT_NE(lines[0].message.find("event"), std::string::npos) << lines[0].message;
-    EXPECT_NE(lines[1].message.find("aggregator"), std::string::npos) << lines[1].message;
-    EXPECT_EQ(
-        stage.Run(KtTest::EventsFrom("TRAY_CAPTURE_START_EVENT{METHOD=TRAY} CAPTURE_START{}")),
-        KtTest::EventsFrom("CAPTURE_START{METHOD=TRAY}"));
+    KtTest::ExpectRefused<AggregatorKtTracker>(
+        GetParam(), kShipped, "TRAY_CAPTURE_START_EVENT{METHOD=TRAY} CAPTURE_START{}",
+        "CAPTURE_START{METHOD=TRAY}");
 }
+
+KT_ROWS(AggregatorBadDocumentTest,
+        {{"MissingEventName",
+          "<aggregator><event><affectingEventName>X</affectingEventName></event></aggregator>",
+          "event"},
+         {"WrongRoot", "<filter/>", "aggregator"}});
 
 }  // namespace

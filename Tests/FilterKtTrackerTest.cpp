@@ -1,11 +1,6 @@
 #include "Tracking/Tracking.h"
 
-#include "Support/EventPrinting.h"
-#include "Support/EventText.h"
-#include "Support/LogCapture.h"
-#include "Support/RecordingTracker.h"
-
-#include "Support/Table.h"
+#include "Support/StageTable.h"
 
 #include <gtest/gtest.h>
 
@@ -15,56 +10,18 @@
 
 using Velkor::KT::Tracking::Event;
 using Velkor::KT::Tracking::FilterKtTracker;
-using Velkor::KT::Tracking::IRuleTraceListener;
 using Velkor::KT::Tracking::LoadConfigFromQrc;
 
 namespace
 {
 
 using Events = std::vector<Event>;
-
-struct Stage
-{
-    std::shared_ptr<KtTest::RecordingTracker> out = std::make_shared<KtTest::RecordingTracker>();
-    std::shared_ptr<FilterKtTracker> filter = std::make_shared<FilterKtTracker>(out);
-
-    Events Run(const Events& input)
-    {
-        for (const auto& event : input)
-        {
-            filter->Track(event);
-        }
-        return out->Events();
-    }
-};
-
-struct Row
-{
-    const char* label;
-    std::string document;  // text, or a resource path starting with "/KT/"
-    std::string input;     // events as KtTest::EventsFrom reads them
-    std::string expected;
-};
-
-using FilterTest = KtTest::Table<Row>;
+using Stage = KtTest::Stage<FilterKtTracker>;
+using FilterTest = KtTest::Table<KtTest::StageRow>;
 
 TEST_P(FilterTest, RewritesAsTheRulesSay)
 {
-    const Row& row = GetParam();
-    const std::string text =
-        row.document.rfind("/KT/", 0) == 0 ? LoadConfigFromQrc(row.document) : row.document;
-    ASSERT_FALSE(text.empty()) << row.document;
-    Stage stage;
-    KtTest::LogCapture log;
-    stage.filter->SetConfig(text);
-    ASSERT_TRUE(log.Messages().empty()) << log.Messages().front();
-    const Events input = KtTest::EventsFrom(row.input);
-    EXPECT_EQ(stage.Run(input), KtTest::EventsFrom(row.expected));
-
-    Stage traced;
-    traced.filter->SetTraceListener(std::make_shared<IRuleTraceListener>());
-    traced.filter->SetConfig(text);
-    EXPECT_EQ(traced.Run(input), KtTest::EventsFrom(row.expected)) << "with a trace listener";
+    KtTest::ExpectDelivers<FilterKtTracker>(GetParam());
 }
 
 const char kFull[] = "/KT/Tracking/FilterConfig.xml";
@@ -82,7 +39,8 @@ Event E(const std::string& value)
 
 KT_ROWS(
     FilterTest,
-    {{"UnknownEventPassesUnchanged", kFull, "EMAIL_DIALOG_SHOWN{LANG=en}",
+    {{"WithoutDocumentAllButEmptyNamesPass", "", "A{K=v} {K=v} B{}", "A{K=v} B{}"},
+     {"UnknownEventPassesUnchanged", kFull, "EMAIL_DIALOG_SHOWN{LANG=en}",
       "EMAIL_DIALOG_SHOWN{LANG=en}"},
      {"EmptyNameIsDropped", kFull, "{K=v}", ""},
      {"HotkeyScreenshotRenamedWithMethod", kFull, "HOTKEY_TRIGGERED{HOTKEY_ID=takeScreenshot}",
@@ -244,65 +202,43 @@ KT_ROWS(
      {"ValuesAreTakenByteForByte", OneRule(R"(<equal value=" A"><setValue value="X"/></equal>)"),
       "E{K=A} E{K= a} E{K= A}", "E{K=A} E{K= a} E{K=X}"}});
 
-TEST(FilterKtTrackerTest, WithoutDocumentPassesEverythingButEmptyNames)
-{
-    Stage stage;
-    const Events input{{"A", {{"K", "v"}}}, {"", {{"K", "v"}}}, {"B", {}}};
-    EXPECT_EQ(stage.Run(input), (Events{{"A", {{"K", "v"}}}, {"B", {}}}));
-}
+using FilterBadDocumentTest = KtTest::Table<KtTest::RefusedRow>;
 
-struct BadRow
-{
-    const char* label;
-    std::string document;
-    std::string mentions;  // a piece of the parser's description
-};
-
-using FilterBadDocumentTest = KtTest::Table<BadRow>;
-
-// A bad document is logged once and the rules in force stay in force.
 TEST_P(FilterBadDocumentTest, IsLoggedAndChangesNothing)
 {
-    Stage stage;
-    stage.filter->SetConfig(OneRule(R"(<any><setValue value="OLD_RULES"/></any>)"));
-    KtTest::LogCapture log;
-    stage.filter->SetConfig(GetParam().document);
-    const auto lines = log.Lines();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0].severity, google::GLOG_ERROR);
-    EXPECT_EQ(lines[0].message.rfind("Can't parse configuration: ", 0), 0u) << lines[0].message;
-    EXPECT_NE(lines[0].message.find(GetParam().mentions), std::string::npos) << lines[0].message;
-    EXPECT_EQ(stage.Run({E("v")}), (Events{E("OLD_RULES")}));
+    KtTest::ExpectRefused<FilterKtTracker>(GetParam(),
+                                           OneRule(R"(<any><setValue value="OLD_RULES"/></any>)"),
+                                           "E{K=v}", "E{K=OLD_RULES}");
 }
 
 KT_ROWS(FilterBadDocumentTest,
-        {BadRow{"Empty", "", ""},
-         BadRow{"NotWellFormed", "<filter><event event=\"E\"></filter>", ""},
-         BadRow{"WrongRoot", "<aggregator/>", "filter"},
-         BadRow{"MissingEventName", "<filter><event/></filter>", "event"},
-         BadRow{"MissingKey", "<filter><event event=\"E\"><param/></event></filter>", "key"},
-         BadRow{"RangeNotANumber", OneRule(R"(<inRange from="abc"/>)"), "from"},
-         BadRow{"SkipNotABoolean", OneRule(R"(<any><skipEvent skipFullRepeats="maybe"/></any>)"),
-                "skipFullRepeats"},
-         BadRow{"Doctype", "<!DOCTYPE filter [<!ENTITY x \"y\">]><filter/>", ""}});
+        {{"Empty", "", ""},
+         {"NotWellFormed", "<filter><event event=\"E\"></filter>", ""},
+         {"WrongRoot", "<aggregator/>", "filter"},
+         {"MissingEventName", "<filter><event/></filter>", "event"},
+         {"MissingKey", "<filter><event event=\"E\"><param/></event></filter>", "key"},
+         {"RangeNotANumber", OneRule(R"(<inRange from="abc"/>)"), "from"},
+         {"SkipNotABoolean", OneRule(R"(<any><skipEvent skipFullRepeats="maybe"/></any>)"),
+          "skipFullRepeats"},
+         {"Doctype", "<!DOCTYPE filter [<!ENTITY x \"y\">]><filter/>", ""}});
 
 TEST(FilterKtTrackerTest, RepeatMemorySurvivesANewDocument)
 {
     Stage stage;
     const std::string rules = OneRule(R"(<any><skipEvent skipFullRepeats="true"/></any>)");
-    stage.filter->SetConfig(rules);
-    stage.filter->Track(E("x"));
-    stage.filter->SetConfig(rules);
-    stage.filter->Track(E("x"));
+    stage.tracker->SetConfig(rules);
+    stage.tracker->Track(E("x"));
+    stage.tracker->SetConfig(rules);
+    stage.tracker->Track(E("x"));
     EXPECT_EQ(stage.out->Events(), (Events{E("x")}));
 }
 
 TEST(FilterKtTrackerTest, InputEventIsNotModified)
 {
     Stage stage;
-    stage.filter->SetConfig(OneRule(R"(<any><setValue value="X"/><modEvent name="R"/></any>)"));
+    stage.tracker->SetConfig(OneRule(R"(<any><setValue value="X"/><modEvent name="R"/></any>)"));
     const Event input = E("v");
-    stage.filter->Track(input);
+    stage.tracker->Track(input);
     EXPECT_EQ(input, E("v"));
     EXPECT_EQ(stage.out->Events(), (Events{{"R", {{"K", "X"}}}}));
 }

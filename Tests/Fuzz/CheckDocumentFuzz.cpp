@@ -3,7 +3,7 @@
 // against the shipped documents of the other kinds. Every document it cannot use must come with
 // at least one error.
 
-#include "FuzzSupport.h"
+#include "FuzzTarget.h"
 
 #include "Report.h"
 #include "RuleChecks.h"

@@ -1,7 +1,5 @@
 #include "MainSession.h"
 
-#include "../Support/LaunchAndCrashDoubles.h"
-#include "../Support/Named.h"
 #include "App/LookAndFeelManager.h"
 #include "App/ioPath.h"
 #include "KT/CaptureInfo.h"
@@ -19,6 +17,8 @@
 #include "KT/Service/SharingManager.h"
 #include "KT/Service/TutorialManager.h"
 #include "KT/SettingsKinds.h"
+#include "Support/LaunchAndCrashDoubles.h"
+#include "Support/Named.h"
 #include "Tracking/Manager/StatisticsManager.h"
 #include "Tracking/Rules/AggregatorKtTracker.h"
 #include "Tracking/Rules/FilterKtTracker.h"
@@ -296,9 +296,9 @@ SessionOutcome RunSession(const std::vector<std::optional<std::string>>& rounds)
             bool refused = false;
             if (document)
             {
-                const ErrorLines errors("Can't read configuration: ");
+                const KtTest::LogCapture errors;
                 manager.SetConfig(*document);
-                refused = errors.Count() > 0;
+                refused = errors.Count(google::GLOG_ERROR, "Can't read configuration: ") > 0;
             }
             outcome.refused.push_back(refused);
             // Windows of earlier rounds keep the hooks of their round's document.

@@ -4,7 +4,8 @@
 // settings objects in a registry, a chain of a filter and an aggregator stage without documents
 // (they pass everything on but events without a name), and a StatisticsManager over them.
 
-#include "FuzzSupport.h"
+#include "FuzzTarget.h"
+#include "Support/LogCapture.h"
 
 #include <optional>
 #include <string>

@@ -3,7 +3,7 @@
 // The input's bytes, taken as an event's name and value, must be written as a line that reads
 // back, as the same event when they are UTF-8.
 
-#include "FuzzSupport.h"
+#include "FuzzTarget.h"
 
 #include "EventDiff.h"
 #include "EventsJson.h"

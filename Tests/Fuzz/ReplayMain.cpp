@@ -2,7 +2,7 @@
 // each directory named, goes once through LLVMFuzzerTestOneInput, in path order. A target that
 // finds a fault aborts; the last "input:" line names the file.
 
-#include "FuzzSupport.h"
+#include "FuzzTarget.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -6,7 +6,8 @@
 // First: it selects the C++11 flavour of the data binding runtime.
 #include "Tracking/Config/XmlSchema.hxx"
 
-#include "FuzzSupport.h"
+#include "FuzzTarget.h"
+#include "Support/LogCapture.h"
 
 #include <istream>
 #include <memory>
@@ -35,9 +36,9 @@ StageOutcome RunStage(const char* earlier, const std::string* document,
     StageOutcome outcome;
     if (document)
     {
-        const ErrorLines errors("Can't parse configuration: ");
+        const KtTest::LogCapture errors;
         stage.SetConfig(*document);
-        outcome.refused = errors.Count() > 0;
+        outcome.refused = errors.Count(google::GLOG_ERROR, "Can't parse configuration: ") > 0;
     }
     for (int round = 0; round < 2; ++round)
     {

@@ -37,4 +37,14 @@ std::vector<std::string> LogCapture::Messages() const
     return messages;
 }
 
+int LogCapture::Count(google::LogSeverity severity, const std::string& prefix) const
+{
+    int count = 0;
+    for (const auto& line : Lines())
+    {
+        count += line.severity == severity && line.message.compare(0, prefix.size(), prefix) == 0;
+    }
+    return count;
+}
+
 }  // namespace KtTest

@@ -30,6 +30,8 @@ public:
 
     std::vector<Line> Lines() const;
     std::vector<std::string> Messages() const;
+    // The lines of `severity` whose message starts with `prefix`.
+    int Count(google::LogSeverity severity, const std::string& prefix) const;
 
 private:
     mutable std::mutex m_mutex;
