@@ -4,6 +4,11 @@
 // the host's reference objects, deliver events as the shipped rules make them.
 
 #include "Tracking/Tracking.h"
+// Single public headers, as a host that includes only what it uses writes them: each in the
+// folder of its layer.
+#include "Tracking/Delivery/ForwardKtTracker.h"
+#include "Tracking/Rules/AggregatorKtTracker.h"
+#include "Tracking/Rules/FilterKtTracker.h"
 
 #include "App/CustomizationManager.h"
 #include "App/SessionId.h"
