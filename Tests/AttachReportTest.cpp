@@ -59,6 +59,9 @@ struct Windows
     QPushButton* ok = Named<QPushButton>("okButton", panel);
     QLabel* title = Named<QLabel>("titleLabel", panel);
     QComboBox* mode = Named<QComboBox>("modeCombo", panel);
+    QPushButton* cancel = Named<QPushButton>("cancelButton", panel);
+    QWidget* inner = Named<QWidget>("inner", panel);
+    QLabel* innerLabel = Named<QLabel>("innerLabel", inner);
     QDialog* about = Named<QDialog>("AboutDialog", &main);
     QAction* quit = Named<QAction>("actionQuit", &main);
     QAction* aboutAction = Named<QAction>("actionAbout", &registry);
@@ -292,6 +295,97 @@ TEST_P(AttachReportTest, DumpedTreeMatchesAsTheWindowsAttach)
 }
 
 KT_ROWS(AttachReportTest, {{"Mistakes", &kMistakes}, {"Correct", &kCorrect}});
+
+// The whole text of one attach's report: the summary's counts, each finding on the line of the
+// entry it belongs to however deep the entry is nested, what an attach with a target hooks, and
+// how entries that match nothing are counted. `entries` begin on line 2.
+struct TextRow
+{
+    const char* label;
+    std::string entries;
+    bool targetOk;  // Attach(main, okButton) instead of Attach(main)
+    std::string text;
+};
+using AttachReportTextTest = KtTest::Table<TextRow>;
+
+TEST_P(AttachReportTextTest, SaysWhatTheAttachMade)
+{
+    const Section section = Read("<ktmstat><gui>\n" + GetParam().entries + "</gui></ktmstat>\n");
+    Windows windows;
+    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
+    handler.SetConfig(*section.model->gui(), section.lines);
+    std::vector<AttachReport> reports;
+    handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
+    handler.Attach(&windows.main, GetParam().targetOk ? windows.ok : nullptr);
+    ASSERT_EQ(reports.size(), 1u);
+    EXPECT_EQ(reports.front().ToText("doc.xml").toStdString(), GetParam().text);
+}
+
+KT_ROWS(
+    AttachReportTextTest,
+    {{"NestedFindingsOnTheirOwnLines",
+      "<widget id=\"panel\">\n"
+      "  <button id=\"titleLabel\"><clicked-event event=\"T\"/></button>\n"
+      "  <widget id=\"inner\">\n"
+      "    <button id=\"innerLabel\"><clicked-event event=\"X\"/></button>\n"
+      "    <label id=\"innerLabel\"><link-activated-event event=\"L\"/></label>\n"
+      "  </widget>\n"
+      "</widget>\n",
+      false,
+      "Attach of 'MainWindow': 5 entries; 1 hook something (1 hook), 2 match nothing; "
+      "2 problems\n"
+      "doc.xml:2: widget \"panel\": finds 1 object\n"
+      "    MainWindow/panel (QWidget): no hooks of its own\n"
+      "doc.xml:3:   button \"titleLabel\" [T]: matched nothing\n"
+      "doc.xml:3: warning: button \"titleLabel\": 'MainWindow/panel/titleLabel' is a QLabel, "
+      "which a button entry does not take (it takes QAbstractButton)\n"
+      "doc.xml:4:   widget \"inner\": finds 1 object\n"
+      "    MainWindow/panel/inner (QWidget): no hooks of its own\n"
+      "doc.xml:5:     button \"innerLabel\" [X]: matched nothing\n"
+      "doc.xml:5: warning: button \"innerLabel\": 'MainWindow/panel/inner/innerLabel' is a "
+      "QLabel, which a button entry does not take (it takes QAbstractButton)\n"
+      "doc.xml:6:     label \"innerLabel\" [L]: hooks 1 object\n"
+      "    MainWindow/panel/inner/innerLabel (QLabel): link-activated-event\n"},
+     {"TargetListsEveryMatchButHooksOnlyTheTarget",
+      "<widget id=\"panel\">\n"
+      "  <button id=\"Button\" idIsRegExp=\"true\"><clicked-event event=\"B\"/></button>\n"
+      "</widget>\n"
+      "<object id=\"Button\" idIsRegExp=\"true\"><signal event=\"P\" signal=\"2pressed()\"/>"
+      "</object>\n",
+      true,
+      "Attach of 'MainWindow', target 'MainWindow/panel/okButton': 3 entries; 2 hook "
+      "something (3 hooks), 0 match nothing; 0 problems\n"
+      "doc.xml:2: widget \"panel\": finds 1 object\n"
+      "    MainWindow/panel (QWidget): no hooks of its own\n"
+      "doc.xml:3:   button \"Button\" (regular expression) [B]: finds 2 objects, hooks 1\n"
+      "    MainWindow/panel/okButton (QPushButton): clicked-event\n"
+      "    MainWindow/panel/cancelButton (QPushButton): no hooks of its own\n"
+      "doc.xml:5: object \"Button\" (regular expression) [P]: hooks 2 objects\n"
+      "    MainWindow/panel/okButton (QPushButton): signal 2pressed()\n"
+      "    MainWindow/panel/cancelButton (QPushButton): signal 2pressed()\n"},
+     {"EachEntryThatMatchesNothingCountsOnce",
+      "<widget id=\"^(panel|inner)$\" idIsRegExp=\"true\">\n"
+      "  <button id=\"noButton\"><clicked-event event=\"N\"/></button>\n"
+      "  <label id=\"innerLabel\"><link-activated-event event=\"L\"/></label>\n"
+      "</widget>\n"
+      "<widget id=\"noWidget\"><button id=\"okButton\"><clicked-event event=\"OK\"/></button>"
+      "</widget>\n",
+      false,
+      "Attach of 'MainWindow': 5 entries; 1 hook something (2 hooks), 3 match nothing; "
+      "1 problem\n"
+      "doc.xml:2: widget \"^(panel|inner)$\" (regular expression): finds 2 objects\n"
+      "    MainWindow/panel (QWidget): no hooks of its own\n"
+      "    MainWindow/panel/inner (QWidget): no hooks of its own\n"
+      "doc.xml:3:   button \"noButton\" [N]: matched nothing\n"
+      "doc.xml:4:   label \"innerLabel\" [L]: hooks 1 object (2 hooks)\n"
+      "    MainWindow/panel/inner/innerLabel (QLabel): link-activated-event\n"
+      "    MainWindow/panel/inner/innerLabel (QLabel): link-activated-event\n"
+      "doc.xml:4: warning: label \"innerLabel\": 'MainWindow/panel/inner/innerLabel' hooked 2 "
+      "times: by the attach of 'MainWindow' from 'MainWindow/panel' and by the attach of "
+      "'MainWindow' from 'MainWindow/panel/inner'; link-activated-event sends its event "
+      "twice\n"
+      "doc.xml:6: widget \"noWidget\": matched nothing\n"
+      "doc.xml:6:   button \"okButton\" [OK]: matched nothing (its widget matched nothing)\n"}});
 
 // What the report says of hooks made twice is what the events show: a signal connected twice
 // sends twice, a Qt event registered twice for one object only once.

@@ -417,6 +417,51 @@ TEST_F(GuiHandlerTest, AttachingTwiceHooksOnce)
     EXPECT_EQ(window.property(Marker), QVariant(true));
 }
 
+// A host may set the marker itself, to keep the handler off a window: its presence counts,
+// whatever its value; a marker taken away again (an invalid value) does not.
+struct MarkerRow
+{
+    const char* label;
+    QVariant marker;  // set on the window before anything is attached
+    std::string expected;
+};
+
+using GuiHandlerMarkerTest = GuiHandlerTable<MarkerRow>;
+
+TEST_P(GuiHandlerMarkerTest, APresentMarkerKeepsTheWindowUnattached)
+{
+    SetConfig(StopButtonSection);
+    Window window;
+    window.setProperty(Marker, QVariant(true));
+    window.setProperty(Marker, GetParam().marker);
+    window.show();  // attached by itself, unless marked
+    handler->Attach(&window);
+
+    Click(window.stop);
+
+    EXPECT_EQ(Events(), GetParam().expected);
+}
+
+KT_ROWS(GuiHandlerMarkerTest, {{"True", QVariant(true), ""},
+                               {"False", QVariant(false), ""},
+                               {"Zero", QVariant(0), ""},
+                               {"EmptyText", QVariant(QString()), ""},
+                               {"TakenAway", QVariant(), "STOP{}"}});
+
+// With a target, the target carries the marker: the root stays open to a later attach, and the
+// target is not attached again through another root.
+TEST_F(GuiHandlerTest, AttachWithATargetMarksTheTarget)
+{
+    SetConfig(StopButtonSection);
+    Window window;
+    handler->Attach(&window, window.stop);
+    EXPECT_FALSE(window.property(Marker).isValid());
+    EXPECT_TRUE(window.stop->property(Marker).isValid());
+    handler->Attach(&window, window.stop);
+    Click(window.stop);
+    EXPECT_EQ(Events(), "STOP{}");
+}
+
 TEST_F(GuiHandlerTest, WindowShownAfterSetConfigIsAttachedByItself)
 {
     SetConfig(StopButtonSection);

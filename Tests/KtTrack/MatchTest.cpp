@@ -99,29 +99,77 @@ KT_ROWS(MatchTest,
           2,
           {"tree.json: error: classes: missing or not an object"}}});
 
-// The lints point at the entry's line, as errors do; the shipped documents have none (see
-// CheckTest.ShippedDocumentsHaveNoErrors).
-TEST(CheckGuiTest, WarningsCarryTheEntrysLine)
+// The lints point at the line of the entry they are about, however deep it is nested, as errors
+// do; the shipped documents have none (see CheckTest.ShippedDocumentsHaveNoErrors). An entry
+// repeats another only when both stand in the same place: the same widget entry, or the top of
+// the section. Warnings fail the check only with --werror.
+struct LintRow
+{
+    const char* label;
+    std::string entries;
+    std::string warnings;  // "@" stands for the document's path
+};
+
+using CheckGuiTest = KtTest::Table<LintRow>;
+
+TEST_P(CheckGuiTest, WarningsCarryTheEntrysLine)
 {
     QTemporaryDir dir;
-    const std::string doc =
-        Write(dir, "doc.xml",
-              Document("<object id=\"player\"><signal event=\"P\" signal=\"Play()\"/></object>\n"
-                       "<object id=\"player\"><intSignal event=\"I\" key=\"K\" "
-                       "signal=\"2Name(QString)\"/></object>\n"
-                       "<object id=\"a::b\"/>\n"));
-    const Outcome run = KtTrack({"check", "--werror", doc});
-    EXPECT_EQ(run.code, 1);
-    EXPECT_EQ(run.err,
-              doc +
-                  ":2: warning: object \"player\": signal \"Play()\" lacks the code prefix "
-                  "\"2\": it is never connected\n" +
-                  doc +
-                  ":3: warning: object \"player\": intSignal \"2Name(QString)\" needs a signal "
-                  "whose first parameter is int; Name(QString) starts with QString\n" +
-                  doc +
-                  ":4: warning: object \"a::b\": id \"a::b\" has an empty segment, which "
-                  "the search skips\n");
+    const std::string doc = Write(dir, "doc.xml", Document(GetParam().entries));
+    std::string expected = GetParam().warnings;
+    for (auto at = expected.find('@'); at != std::string::npos; at = expected.find('@', at))
+    {
+        expected.replace(at, 1, doc);
+    }
+    const Outcome run = KtTrack({"check", doc});
+    EXPECT_EQ(run.err, expected);
+    EXPECT_EQ(run.code, 0);
+    EXPECT_EQ(KtTrack({"check", "--werror", doc}).code, expected.empty() ? 0 : 1);
 }
+
+KT_ROWS(
+    CheckGuiTest,
+    {{"SignalsAndIds",
+      "<object id=\"player\"><signal event=\"P\" signal=\"Play()\"/></object>\n"
+      "<object id=\"player\"><intSignal event=\"I\" key=\"K\" "
+      "signal=\"2Name(QString)\"/></object>\n"
+      "<object id=\"a::b\"/>\n",
+      "@:2: warning: object \"player\": signal \"Play()\" lacks the code prefix \"2\": it is never "
+      "connected\n"
+      "@:3: warning: object \"player\": intSignal \"2Name(QString)\" needs a signal whose first "
+      "parameter is int; Name(QString) starts with QString\n"
+      "@:4: warning: object \"a::b\": id \"a::b\" has an empty segment, which the search skips\n"},
+     {"NestedEntriesOnTheirOwnLines",
+      "<widget id=\"w\">\n"
+      "  <widget id=\"v\">\n"
+      "    <object id=\"o\"><signal event=\"S\" signal=\"2x(\"/></object>\n"
+      "  </widget>\n"
+      "  <object id=\"\"/>\n"
+      "</widget>\n",
+      "@:4: warning: object \"o\": signal \"2x(\" has unbalanced parentheses: it is never "
+      "connected\n"
+      "@:6: warning: object \"\": id \"\" names no object: the entry matches nothing\n"},
+     {"RepeatOfAnEarlierSiblingNotNextToIt",
+      "<object id=\"a\"><signal event=\"S\" signal=\"2s()\"/></object>\n"
+      "<object id=\"b\"/>\n"
+      "<object id=\"a\"><signal event=\"S\" signal=\"2s()\"/></object>\n",
+      "@:4: warning: object \"a\": repeats the earlier object \"a\" (line 2) word for word; "
+      "signal sends its event twice\n"},
+     {"SameEntryInTwoWidgetsIsNoRepeat",
+      "<widget id=\"w1\"><button id=\"b\"><clicked-event event=\"E\"/></button></widget>\n"
+      "<widget id=\"w2\"><button id=\"b\"><clicked-event event=\"E\"/></button></widget>\n"
+      "<widget id=\"w1\"><widget id=\"w1\"><button id=\"b\"><clicked-event event=\"E\"/></button>"
+      "</widget></widget>\n",
+      ""},
+     {"RepeatedWidgetWarnedItsChildrenNot",
+      "<widget id=\"w\"><button id=\"b\"><clicked-event event=\"E\"/></button></widget>\n"
+      "<widget id=\"w\"><button id=\"b\"><clicked-event event=\"E\"/></button></widget>\n",
+      "@:3: warning: widget \"w\": repeats the earlier widget \"w\" (line 2) word for word: what "
+      "it holds is hooked again\n"},
+     {"AnotherEventIsNoRepeat",
+      "<action id=\"q\"><triggered-event event=\"A\"/></action>\n"
+      "<action id=\"q\"><triggered-event event=\"B\"/></action>\n"
+      "<action id=\"q\" propertyName=\"state\"><triggered-event event=\"A\"/></action>\n",
+      ""}});
 
 }  // namespace

@@ -117,13 +117,21 @@ void CheckRepeats(const EntryTable& table, QVector<AttachReport::Entry>& entries
         if (other.parent == entry.parent && other.kind == entry.kind &&
             SameEntry(entry.kind, table.Element(earlier), table.Element(index)))
         {
+            // What the entry hooks on each object, signals only where an object entry connects
+            // them.
             QStringList triggers;
-            WithElementType(entry.kind, table.Element(index),
-                            [&](const auto& typed)
-                            {
-                                ForEachOwnTrigger(typed, [&](const char* trigger, const auto&)
-                                                  { triggers.append(QLatin1String(trigger)); });
-                            });
+            const EntryTable::Triggers& hooks = table.TriggersOf(index);
+            for (const AttachReport::Hook& hook : hooks.own)
+            {
+                triggers.append(hook.trigger);
+            }
+            for (const EntryTable::SignalHook& signal : hooks.signalHooks)
+            {
+                if (entry.kind == AttachReport::ElementKind::Object && signal.Connectable())
+                {
+                    triggers.append(signal.hook.trigger);
+                }
+            }
             AddProblem(entry, Kind::RepeatedEntry,
                        QStringLiteral("repeats the earlier %1 word for word").arg(Describe(other)) +
                            RepeatedHooksEffect(triggers, 2));
