@@ -93,4 +93,76 @@ TEST(CoverageTest, DemoSessionFiresExactlyTheRulesThatShapeWhatItDelivers)
     EXPECT_GT(fired, 50);
 }
 
+// The whole output on a small document: the table, what never fired, the names no rule names,
+// the summary lines, and the exit status with and without --require-all.
+const char* const kSmallFilter = R"(<filter>
+<event event="A">
+<param key="K">
+<equal value="1"><modEvent name="A1"/></equal>
+<any><setValue value="x"/></any>
+</param>
+</event>
+<event event="B"><param key="K"><any><setValue value="y"/></any></param></event>
+</filter>
+)";
+
+struct SummaryRow
+{
+    const char* label;
+    std::string session;
+    int requireAllCode;
+    std::string out;  // "@" stands for the filter's path
+};
+using CoverageSummaryTest = KtTest::Table<SummaryRow>;
+
+TEST_P(CoverageSummaryTest, CountsEachRuleAndSumsThemUp)
+{
+    QTemporaryDir dir;
+    const std::string filter = Write(dir, "f.xml", kSmallFilter);
+    std::string expected = GetParam().out;
+    for (auto at = expected.find('@'); at != std::string::npos; at = expected.find('@', at))
+    {
+        expected.replace(at, 1, filter);
+    }
+    const Outcome run = KtTrack({"coverage", filter, "-"}, GetParam().session);
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out, expected);
+    EXPECT_EQ(KtTrack({"coverage", "--require-all", filter, "-"}, GetParam().session).code,
+              GetParam().requireAllCode);
+}
+
+KT_ROWS(CoverageSummaryTest,
+        {{"SomeNeverFired",
+          "{\"name\":\"A\",\"params\":{\"K\":\"1\"}}\n{\"name\":\"A\",\"params\":{\"K\":\"2\"}}\n"
+          "{\"name\":\"C\"}\n",
+          1,
+          "@:2:     2 block \"A\"\n"
+          "@:3:     2   param \"K\"\n"
+          "@:4:     1     equal value=\"1\"\n"
+          "@:5:     1     any\n"
+          "@:8:     0 block \"B\"\n"
+          "@:8:     0   param \"K\"\n"
+          "@:8:     0     any\n"
+          "\nnever fired:\n"
+          "@:8: block \"B\"\n"
+          "\nevent names no rule names:\n"
+          "  C (1 event)\n"
+          "\n@: 1 of 2 blocks, 1 of 2 params, 2 of 3 matchers fired\n"
+          "3 events, 1 event names no rule names\n"},
+         {"AllFired",
+          "{\"name\":\"A\",\"params\":{\"K\":\"1\"}}\n{\"name\":\"A\",\"params\":{\"K\":\"2\"}}\n"
+          "{\"name\":\"B\",\"params\":{\"K\":\"2\"}}\n",
+          0,
+          "@:2:     2 block \"A\"\n"
+          "@:3:     2   param \"K\"\n"
+          "@:4:     1     equal value=\"1\"\n"
+          "@:5:     1     any\n"
+          "@:8:     1 block \"B\"\n"
+          "@:8:     1   param \"K\"\n"
+          "@:8:     1     any\n"
+          "\nnever fired: nothing\n"
+          "\nevent names no rule names: none\n"
+          "\n@: 2 of 2 blocks, 2 of 2 params, 3 of 3 matchers fired\n"
+          "3 events, 0 event names no rule names\n"}});
+
 }  // namespace

@@ -95,4 +95,89 @@ TEST(DiffTest, ChangedRangeShowsExactlyTheChangedBucket)
         << run.out;
 }
 
+// The whole output of two small filters over a short session: each side's events, the
+// properties only one side has, the summary lines and the exit status.
+const char* const kAddsP =
+    "<filter><event event=\"A\"><param key=\"K\"><any><addParam key=\"P\" value=\"v\"/></any>"
+    "</param></event><event event=\"D\"><param key=\"K\"><any><skipEvent/></any></param></event>"
+    "</filter>";
+const char* const kRenames =
+    "<filter><event event=\"A\"><param key=\"K\"><any><modEvent name=\"A2\"/></any></param>"
+    "</event></filter>";
+
+struct SideRow
+{
+    const char* label;
+    const char* older;
+    const char* newer;
+    std::vector<std::string> options;
+    int code;
+    std::string out;  // "@old" and "@new" stand for the documents' paths
+};
+using DiffSummaryTest = KtTest::Table<SideRow>;
+
+TEST_P(DiffSummaryTest, PairsTheSidesAndSumsThemUp)
+{
+    QTemporaryDir dir;
+    const std::string older = Write(dir, "old.xml", GetParam().older);
+    const std::string newer = Write(dir, "new.xml", GetParam().newer);
+    std::vector<std::string> args{"diff", "--old", older, "--new", newer};
+    args.insert(args.end(), GetParam().options.begin(), GetParam().options.end());
+    args.push_back("-");
+    const Outcome run = KtTrack(args,
+                                "{\"name\":\"A\",\"params\":{\"K\":\"1\"}}\n"
+                                "{\"name\":\"D\",\"params\":{\"K\":\"1\"}}\n"
+                                "{\"name\":\"E\"}\n");
+    std::string expected = GetParam().out;
+    for (const auto& [mark, path] : {std::pair{"@old", older}, std::pair{"@new", newer}})
+    {
+        for (auto at = expected.find(mark); at != std::string::npos; at = expected.find(mark, at))
+        {
+            expected.replace(at, 4, path);
+        }
+    }
+    EXPECT_EQ(run.out, expected);
+    EXPECT_EQ(run.code, GetParam().code) << run.err;
+}
+
+KT_ROWS(DiffSummaryTest,
+        {{"OnlyTheOldSideHasTheProperty",
+          kAddsP,
+          kRenames,
+          {},
+          1,
+          "old: @old, :/KT/Tracking/AggregatorConfig.xml\nnew: @new, "
+          ":/KT/Tracking/AggregatorConfig.xml\n\n"
+          "<stdin>:1               A  | A2\n"
+          "      \"P\": \"v\" -> absent\n"
+          "<stdin>:2               -  > D\n"
+          "      {\"K\":\"1\"}\n"
+          "<stdin>:3               E    E\n"
+          "\n2 of 3 session events are delivered differently (old delivers 2 events, new 3)\n"
+          "gained: 1 (D 1)\nlost: none\nrenamed: 1 (A -> A2 1)\n"
+          "properties changed: 1 (\"P\" 1)\n"},
+         {"OnlyTheNewSideHasTheProperty",
+          kRenames,
+          kAddsP,
+          {"--changed-only"},
+          1,
+          "old: @old, :/KT/Tracking/AggregatorConfig.xml\nnew: @new, "
+          ":/KT/Tracking/AggregatorConfig.xml\n\n"
+          "<stdin>:1               A2 | A\n"
+          "      \"P\": absent -> \"v\"\n"
+          "<stdin>:2               D  < -\n"
+          "      {\"K\":\"1\"}\n"
+          "\n2 of 3 session events are delivered differently (old delivers 3 events, new 2)\n"
+          "gained: none\nlost: 1 (D 1)\nrenamed: 1 (A2 -> A 1)\n"
+          "properties changed: 1 (\"P\" 1)\n"},
+         {"SameRules",
+          kRenames,
+          kRenames,
+          {"--changed-only"},
+          0,
+          "old: @old, :/KT/Tracking/AggregatorConfig.xml\nnew: @new, "
+          ":/KT/Tracking/AggregatorConfig.xml\n\n"
+          "\n0 of 3 session events are delivered differently (old delivers 3 events, new 3)\n"
+          "gained: none\nlost: none\nrenamed: none\nproperties changed: none\n"}});
+
 }  // namespace

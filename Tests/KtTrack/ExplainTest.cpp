@@ -112,6 +112,36 @@ KT_ROWS(ExplainTest,
   => delivered CAPTURE_STOP {"AUDIO_SOURCES":"OFF","DURATION":"90","DURATION_ID":"UP_TO_2_MIN","FILE_SIZE":"5242880","FILE_SIZE_PRESET":"1_10_MB","METHOD":"BUTTON"}
 
 )"},
+         // A second cause replaces the first, unused one; the main event takes it over its own
+         // value; the next main event finds no cause held.
+         {"CauseReplacedThenMergedThenNoneHeld",
+          R"({"name": "TRAY_CAPTURE_START_EVENT", "params": {"METHOD": "TRAY"}}
+{"name": "MENU_BAR_CAPTURE_START_EVENT", "params": {"METHOD": "MENU_BAR"}}
+{"name": "CAPTURE_START", "params": {"METHOD": "OWN"}}
+{"name": "CAPTURE_START"}
+)",
+          R"(<stdin>:1: TRAY_CAPTURE_START_EVENT {"METHOD":"TRAY"}
+  filter: no block applies
+  @A(<event event="CAPTURE_START">|>TRAY_CAPTURE_START_EVENT<): aggregator: held as a cause of "CAPTURE_START": {"METHOD":"TRAY"}
+  => held back by the aggregator
+
+<stdin>:2: MENU_BAR_CAPTURE_START_EVENT {"METHOD":"MENU_BAR"}
+  filter: no block applies
+  @A(<event event="CAPTURE_START">|>MENU_BAR_CAPTURE_START_EVENT<): aggregator: held as a cause of "CAPTURE_START": {"METHOD":"MENU_BAR"}, replacing the unused cause {"METHOD":"TRAY"}
+  => held back by the aggregator
+
+<stdin>:3: CAPTURE_START {"METHOD":"OWN"}
+  @F(<event event="CAPTURE_START">): filter block "CAPTURE_START" applies
+  @A(<event event="CAPTURE_START">): aggregator: main event "CAPTURE_START", merges its held cause
+  @A(<event event="CAPTURE_START">):   "METHOD": "OWN" -> "MENU_BAR"
+  => delivered CAPTURE_START {"METHOD":"MENU_BAR"}
+
+<stdin>:4: CAPTURE_START {}
+  @F(<event event="CAPTURE_START">): filter block "CAPTURE_START" applies
+  @A(<event event="CAPTURE_START">): aggregator: main event "CAPTURE_START", no cause held
+  => delivered CAPTURE_START {}
+
+)"},
          // The hot key is renamed, loses its id, gains its method and is held for both main
          // events that share it; the repeat memory lets a window pass once.
          {"RenamedHotkeyHeldTwiceWindowRepeatDropped",
