@@ -65,19 +65,36 @@ KT_ROWS(RecordingModeTest,
         {ModeRow{"Truncate", RecordingKtTracker::OpenMode::Truncate, kStopLine},
          ModeRow{"Append", RecordingKtTracker::OpenMode::Append, "old\n" + kStopLine}});
 
-TEST(RecordingKtTrackerTest, UnopenableFileIsLoggedAndEventsStillPass)
+// A file that cannot be opened, or one that stops taking lines (a full disk: /dev/full opens but
+// takes nothing), is logged once; recording stops there and every event still passes on.
+struct FailureRow
+{
+    const char* label;
+    QString path;
+    bool opens;
+};
+
+using RecordingFailureTest = KtTest::Table<FailureRow>;
+
+TEST_P(RecordingFailureTest, IsLoggedOnceAndEventsStillPass)
 {
     KtTest::LogCapture log;
     const auto next = std::make_shared<KtTest::RecordingTracker>();
-    RecordingKtTracker recorder(next, "/nonexistent-directory/raw.jsonl");
+    RecordingKtTracker recorder(next, GetParam().path);
+    EXPECT_EQ(recorder.IsRecording(), GetParam().opens);
+    recorder.Track(kStop);
+    recorder.Track(kStop);
+    recorder.Track(kStop);
     EXPECT_FALSE(recorder.IsRecording());
-    recorder.Track(kStop);
-    recorder.Track(kStop);
-    EXPECT_EQ(next->Events().size(), 2u);
-    ASSERT_EQ(log.Messages().size(), 1u);
-    EXPECT_EQ(log.Messages().front().rfind("Can't record events to /nonexistent-directory/", 0), 0u)
-        << log.Messages().front();
+    EXPECT_EQ(next->Events(), std::vector<Event>(3, kStop));
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_EQ(log.Lines().front().severity, google::GLOG_ERROR);
+    const std::string prefix = "Can't record events to " + GetParam().path.toStdString() + ": ";
+    EXPECT_EQ(log.Messages().front().rfind(prefix, 0), 0u) << log.Messages().front();
 }
+
+KT_ROWS(RecordingFailureTest, {{"Unopenable", "/nonexistent-directory/raw.jsonl", false},
+                               {"StopsTakingLines", "/dev/full", true}});
 
 TEST(RecordingKtTrackerTest, NullSuccessorIsRefused)
 {
