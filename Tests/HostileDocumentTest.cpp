@@ -13,6 +13,7 @@
 #include "Tracking/Rules/AggregatorKtTracker.h"
 #include "Tracking/Rules/FilterKtTracker.h"
 
+#include <QString>
 #include <QTemporaryDir>
 #include <QWidget>
 
@@ -144,6 +145,8 @@ struct HostileRow
     const char* refusal;
     const char* onlyRoot = nullptr;  // null: every root
     std::vector<std::string> readProbe = {};
+    // Applied last: the text in another encoding, or "%FILL%" filled up to a size.
+    std::function<std::string(const std::string&)> finish = {};
 };
 
 std::string Replace(std::string text, const std::string& from, const std::string& to)
@@ -182,6 +185,47 @@ std::string RangeRule(const std::string& bound)
     return "<%ROOT%><event event='PROBE'><param key='K'><inRange " + bound +
            "><modEvent name='PROBE_IN'/></inRange><any><modEvent name='PROBE_OUT'/></any>"
            "</param></event></%ROOT%>";
+}
+
+// The UTF-8 `text` in UTF-16, with or without a byte order mark.
+std::function<std::string(const std::string&)> Utf16(bool bigEndian, bool bom)
+{
+    return [=](const std::string& text)
+    {
+        std::string bytes;
+        const QString unicode = (bom ? QChar(0xFEFF) : QString()) + QString::fromStdString(text);
+        for (const QChar c : unicode)
+        {
+            const char high = char(c.unicode() >> 8);
+            const char low = char(c.unicode() & 0xff);
+            bytes += bigEndian ? std::string{high, low} : std::string{low, high};
+        }
+        return bytes;
+    };
+}
+
+std::string Latin1(const std::string& text)
+{
+    return QString::fromStdString(text).toLatin1().toStdString();
+}
+
+std::string Utf8Bom(const std::string& text)
+{
+    return "\xEF\xBB\xBF" + text;
+}
+
+// "%FILL%" replaced by as many blanks as make the text `size` bytes long.
+std::function<std::string(const std::string&)> FilledTo(std::size_t size)
+{
+    return [=](const std::string& text)
+    { return Replace(text, "%FILL%", std::string(size - (text.size() - 6), ' ')); };
+}
+
+// A filter that renames PROBE to `name`, for documents whose reading the probe tells.
+std::string Renaming(const std::string& name)
+{
+    return "<%ROOT%><event event='PROBE'><param key='K'><any><modEvent name='" + name +
+           "'/></any></param></event>%FILL%</%ROOT%>";
 }
 
 const char* const kDoctype = "document type declarations (<!DOCTYPE ...>) are not allowed";
@@ -235,6 +279,92 @@ const HostileRow kHostile[] = {
     {"ExpressionRepetition",
      "<%ROOT%><gui><widget id='p:((a{1000}){1000}){1000}' idIsRegExp='1'/></gui></%ROOT%>",
      "has more than 10000 atoms once its repetitions are spelt out", "ktmstat"},
+    // The bounds at their edges: the size limit itself is read, a byte more is not; lookaheads
+    // count towards the depth as groups do ("(?:" cannot be written: ':' separates the parts of
+    // an id); ranged repetitions are spelt out to their maximum.
+    {"SizeAtTheLimit",
+     Renaming("PROBE_READ"),
+     nullptr,
+     "filter",
+     {"PROBE_READ{K=1e308}"},
+     FilledTo(1048576)},
+    {"SizeOverTheLimit",
+     Renaming("PROBE_READ"),
+     "document larger than 1048576 bytes",
+     "filter",
+     {},
+     FilledTo(1048577)},
+    {"ExpressionDepthAtTheLimit",
+     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget><widget id='p:" +
+         Repeated(11, "(") + Repeated(11, "(?=") + Repeated(10, "(?!") + "a" +
+         std::string(32, ')') + "' idIsRegExp='true'/></gui></%ROOT%>",
+     nullptr,
+     "ktmstat",
+     {"READ"}},
+    {"ExpressionDepthOverTheLimitLookahead",
+     "<%ROOT%><gui><widget id='" + Repeated(16, "(?=") + Repeated(17, "(?!") + "a" +
+         std::string(33, ')') + "' idIsRegExp='true'/></gui></%ROOT%>",
+     "groups nested deeper than 32 levels", "ktmstat"},
+    {"RangedRepetitionAtTheLimit",
+     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>"
+     "<widget id='(a{50,100}){100}:(ab{99,}){100}:x{1,1025}' idIsRegExp='true'/></gui></%ROOT%>",
+     nullptr,
+     "ktmstat",
+     {"READ"}},
+    {"RangedRepetitionOverTheLimit",
+     "<%ROOT%><gui><widget id='(a{50,100}){100}b' idIsRegExp='true'/></gui></%ROOT%>",
+     "has more than 10000 atoms", "ktmstat"},
+    {"OpenRepetitionOverTheLimit",
+     "<%ROOT%><gui><widget id='(ab{99,}){100}c' idIsRegExp='true'/></gui></%ROOT%>",
+     "has more than 10000 atoms", "ktmstat"},
+    // Every encoding XML allows, with or without a declaration where XML lets the parser tell.
+    {"Utf8WithByteOrderMark",
+     Renaming("PROBE_UTF8"),
+     nullptr,
+     "filter",
+     {"PROBE_UTF8{K=1e308}"},
+     [](const std::string& text) { return Utf8Bom(Replace(text, "%FILL%", "")); }},
+    {"Utf16LittleEndian",
+     "<?xml version='1.0' encoding='UTF-16'?>" + Renaming("PROBE_\u00e9"),
+     nullptr,
+     "filter",
+     {"PROBE_\u00e9{K=1e308}"},
+     [](const std::string& text) { return Utf16(false, true)(Replace(text, "%FILL%", "")); }},
+    {"Utf16BigEndian",
+     "<?xml version='1.0' encoding='UTF-16'?>" + Renaming("PROBE_\u00e9"),
+     nullptr,
+     "filter",
+     {"PROBE_\u00e9{K=1e308}"},
+     [](const std::string& text) { return Utf16(true, true)(Replace(text, "%FILL%", "")); }},
+    {"Utf16WithoutByteOrderMark",
+     "<?xml version='1.0' encoding='UTF-16'?>" + Renaming("PROBE_\u00e9"),
+     nullptr,
+     "filter",
+     {"PROBE_\u00e9{K=1e308}"},
+     [](const std::string& text) { return Utf16(false, false)(Replace(text, "%FILL%", "")); }},
+    {"Latin1Declared",
+     "<?xml version='1.0' encoding='ISO-8859-1'?>" + Renaming("PROBE_\u00e9"),
+     nullptr,
+     "filter",
+     {"PROBE_\u00e9{K=1e308}"},
+     [](const std::string& text) { return Latin1(Replace(text, "%FILL%", "")); }},
+    {"Utf16Doctype",
+     "<!DOCTYPE %ROOT% [<!ENTITY x 'y'>]><%ROOT%/>",
+     kDoctype,
+     nullptr,
+     {},
+     Utf16(false, true)},
+    // Where a refusal points, whatever the line ends.
+    {"NulInTextCrLf", std::string("<%ROOT%>\r\n\r\n<!-- a\0b -->\r\n</%ROOT%>", 33),
+     "3:7 error: byte 0 (NUL) is not allowed in a document"},
+    {"NulInTextCr", std::string("<%ROOT%>\r\r<!-- a\0b -->\r</%ROOT%>", 30),
+     "3:7 error: byte 0 (NUL) is not allowed in a document"},
+    {"ExpressionNestingCr",
+     "<%ROOT%>\r<gui>\r\r  <widget id='" + Repeated(40, "(") +
+         "' idIsRegExp='true'/></gui></%ROOT%>",
+     "4:76 error: the expression in attribute 'id' of element 'widget'", "ktmstat"},
+    {"UndeclaredEntityCrLf", "<%ROOT%>\r\n\r\n<event event='&undeclared;'/></%ROOT%>",
+     "3:27 error: entity 'undeclared' not found"},
     // Real documents nest far less than the limit, and real ids' expressions stay within the
     // bounds: escaped parentheses and those inside a class open no group, and an id that is not
     // an expression is not one.
@@ -300,6 +430,10 @@ TEST_P(HostileDocumentTest, RefusedOrReadAsDefined)
         {
             text = Replace(text, token, expansion());
         }
+    }
+    if (hostile.finish)
+    {
+        text = hostile.finish(text);
     }
     Stage stage;
     root.make(stage);

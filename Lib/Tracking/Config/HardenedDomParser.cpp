@@ -29,10 +29,56 @@ using namespace xercesc;
 // the square of the depth.
 constexpr int kMaxDepth = 200;
 
-// Whether the prolog of `text` (after a byte order mark, white space, processing instructions
-// and comments) goes on with a document type declaration.
-bool PrologHasDoctype(const std::string& text)
+// `text` as the characters of its encoding, when that is UTF-16 or UTF-32 (told by a byte order
+// mark, or by the "<" or "<?" it begins with, as XML lets a parser tell them): each character
+// below 128 as itself, every other one as '?', the byte order mark dropped. Text in an encoding
+// of single bytes, UTF-8 among them, is given back as it is.
+std::string SingleByteView(const std::string& text)
 {
+    const auto starts = [&](const char* bytes, std::size_t size)
+    { return text.compare(0, size, bytes, size) == 0; };
+    std::size_t unit = 1;
+    bool bigEndian = false;
+    std::size_t skip = 0;
+    if (starts("\0\0\xFE\xFF", 4) || starts("\0\0\0<", 4))
+    {
+        unit = 4, bigEndian = true, skip = text[3] == '<' ? 0 : 4;
+    }
+    else if (starts("\xFF\xFE\0\0", 4) || starts("<\0\0\0", 4))
+    {
+        unit = 4, skip = text[0] == '<' ? 0 : 4;
+    }
+    else if (starts("\xFE\xFF", 2) || starts("\0<", 2))
+    {
+        unit = 2, bigEndian = true, skip = text[1] == '<' ? 0 : 2;
+    }
+    else if (starts("\xFF\xFE", 2) || starts("<\0", 2))
+    {
+        unit = 2, skip = text[0] == '<' ? 0 : 2;
+    }
+    if (unit == 1)
+    {
+        return text;
+    }
+    std::string view;
+    for (std::size_t i = skip; i + unit <= text.size(); i += unit)
+    {
+        unsigned long code = 0;
+        for (std::size_t b = 0; b < unit; ++b)
+        {
+            const auto byte = static_cast<unsigned char>(text[i + (bigEndian ? b : unit - 1 - b)]);
+            code = (code << 8) | byte;
+        }
+        view += code < 128 ? static_cast<char>(code) : '?';
+    }
+    return view;
+}
+
+// Whether the prolog of `text` (after a byte order mark, white space, processing instructions
+// and comments) goes on with a document type declaration, in whatever encoding XML allows.
+bool PrologHasDoctype(const std::string& document)
+{
+    const std::string text = SingleByteView(document);
     std::size_t i = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
     while (i < text.size())
     {
@@ -73,11 +119,18 @@ std::optional<TextLocation> NulOfSingleByteText(const std::string& text)
     {
         return std::nullopt;
     }
-    const std::size_t lineStart = text.rfind('\n', nul);
-    const std::size_t column = lineStart == std::string::npos ? nul + 1 : nul - lineStart;
-    return TextLocation{
-        static_cast<XMLFileLoc>(std::count(text.begin(), text.begin() + nul, '\n') + 1),
-        static_cast<XMLFileLoc>(column)};
+    // Lines end as XML's do: at a line feed, a carriage return, or both together.
+    XMLFileLoc line = 1;
+    std::size_t lineStart = 0;
+    for (std::size_t i = 0; i < nul; ++i)
+    {
+        if (text[i] == '\n' || (text[i] == '\r' && text[i + 1] != '\n'))
+        {
+            ++line;
+            lineStart = i + 1;
+        }
+    }
+    return TextLocation{line, static_cast<XMLFileLoc>(nul - lineStart + 1)};
 }
 
 // Collects parser messages in the data binding's diagnostics. The scanner refuses a document
