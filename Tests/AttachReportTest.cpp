@@ -417,29 +417,4 @@ TEST(AttachReportAutoTest, NewWindowAttachedByItselfIsReported)
     EXPECT_EQ(reports.front().UnmatchedCount(), 1);  // the action, attached on its own
 }
 
-// Without a sink, the findings go to the verbose log, and only when it is switched on.
-TEST(AttachReportLogTest, FindingsGoToTheVerboseLogWhenItIsOn)
-{
-    const Section section = Read(Document(kMistakes));
-    for (const int verbosity : {0, 1})
-    {
-        Windows windows;
-        GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
-        handler.SetConfig(*section.model->gui(), section.lines);
-        KtTest::LogCapture log;
-        FLAGS_v = verbosity;
-        handler.Attach(&windows.main);
-        FLAGS_v = 0;
-        std::string messages;
-        for (const std::string& message : log.Messages())
-        {
-            messages += message + "\n";
-        }
-        const bool logged = messages.find(
-                                "line 6: warning: button \"titleLabel\": "
-                                "'MainWindow/panel/titleLabel' is a QLabel") != std::string::npos;
-        EXPECT_EQ(logged, verbosity == 1);
-    }
-}
-
 }  // namespace

@@ -57,7 +57,7 @@ const char kDocument[] = R"(<ktmstat><gui>
 <button id="twiceButton"><clicked-event event="TWICE_NESTED"/></button>
 </widget>
 </widget>
-<action id="actionQuit"><triggered-event event="QUIT"/></action>
+<action id="actionQuit" propertyName="state"><triggered-event event="QUIT"/></action>
 </gui></ktmstat>)";
 
 // A window with one widget of each kind the highlight tells apart, well apart from each other.
@@ -132,12 +132,13 @@ const std::vector<OutlineRow> kOutlineRows = {
      {"twiceButton (QPushButton), hooked 2 times: each event is sent once per hook\n",
       "line 3: button \"twiceButton\": mouse-release-event TWICE_TOP",
       "line 6: button \"twiceButton\": clicked-event TWICE_NESTED"}},
+    // With how its condition stands.
     {"ActionReachedTwiceOnItsToolButton",
      [](Host& h) { return h.tool; },
      Style::HookedTwice,
      {"actionQuit (QAction), hooked 2 times: each event is sent once per hook\n"
-      "line 9: action \"actionQuit\": triggered-event QUIT\n"
-      "line 9: action \"actionQuit\": triggered-event QUIT"}},
+      "line 9: action \"actionQuit\": triggered-event QUIT; condition: 'state' is missing\n"
+      "line 9: action \"actionQuit\": triggered-event QUIT; condition: 'state' is missing"}},
     {"FoundWithoutHooks",
      [](Host& h) { return h.panel; },
      Style::Found,

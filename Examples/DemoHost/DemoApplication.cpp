@@ -168,7 +168,7 @@ int RunDemo(const DemoOptions& options)
                                  FillerTypes::AppLanguage, FillerTypes::CountryName,
                                  FillerTypes::MonitorsConfig, FillerTypes::AppConfig,
                                  FillerTypes::HardwareConfig, FillerTypes::OSConfig});
-    manager->SetConfig(LoadConfigFromQrc(documents.main));
+    manager->SetConfig(LoadConfigFromQrc(documents.main), std::string(":") + documents.main);
 
     // An interactive session can outline what the gui section hooked; the highlight takes the
     // report of every attach.

@@ -104,7 +104,8 @@ int main(int argc, char** argv)
 
     google::InitGoogleLogging(argv[0]);
     FLAGS_logtostderr = true;
-    // The viewer's "Stat:" lines would repeat stdout; warnings and errors still show.
+    // The viewer's "Stat:" lines would repeat stdout; warnings and errors still show, and so do
+    // the attach reports when verbose logging is on (GLOG_v=1 or 2, GLOG_vmodule=GuiHandler=1).
     FLAGS_minloglevel = google::GLOG_WARNING;
 
     QApplication application(argc, argv);

@@ -31,6 +31,7 @@ struct MatchRow
     QByteArray tree;  // empty: the dump of the window below
     int code;
     std::vector<std::string> says;  // "@" stands for the document's path
+    bool werror = false;
 };
 
 using MatchTest = KtTest::Table<MatchRow>;
@@ -52,7 +53,12 @@ TEST_P(MatchTest, PrintsWhatEachEntryHooks)
         dir, "tree.json",
         (row.tree.isEmpty() ? Velkor::KT::Tracking::DumpObjectTree({&window}).toJson() : row.tree)
             .toStdString());
-    const Outcome run = KtTrack({"match", doc, tree});
+    std::vector<std::string> args{"match", doc, tree};
+    if (row.werror)
+    {
+        args.insert(args.begin() + 1, "--werror");
+    }
+    const Outcome run = KtTrack(args);
     EXPECT_EQ(run.code, row.code) << run.err;
     const std::string all = run.out + run.err;
     for (std::string says : row.says)
@@ -87,6 +93,26 @@ KT_ROWS(MatchTest,
           {"@:2: warning: action \"actionQuit\": 'MainWindow/actionQuit' hooked 2 times: "
            "by the attach of 'MainWindow' and by the attach of action "
            "'MainWindow/actionQuit'"}},
+         {"ProblemsFailOnlyWithWerror",
+          "<action id=\"actionQuit\"><triggered-event event=\"QUIT\"/></action>\n",
+          {},
+          1,
+          {"@:2: warning: action \"actionQuit\": 'MainWindow/actionQuit' hooked 2 times"},
+          true},
+         {"CleanPassesWithWerror",
+          "<widget id=\"MainWindow\"><button id=\"okButton\">"
+          "<clicked-event event=\"OK\"/></button></widget>\n",
+          {},
+          0,
+          {"@:2:   button \"okButton\" [OK]: hooks 1 object\n"},
+          true},
+         {"NearMissNoted",
+          "<widget id=\"MainWindow\"><button id=\"okButon\">"
+          "<clicked-event event=\"OK\"/></button></widget>\n",
+          {},
+          1,
+          {"@:2: note: button \"okButon\": no object is named 'okButon'; nearly so: 'okButton' "
+           "(MainWindow/okButton)\n"}},
          {"TreeNotJson", "", "{\"roots\": [", 2, {"tree.json: error: offset"}},
          {"TreeOfAnotherKind",
           "",

@@ -57,6 +57,7 @@ KT_ROWS(ProcessTest,
           0},
          {"DiffNoNewRules", {"diff", "--old", "@/FilterConfig.xml", "-"}, 2},
          {"MatchFilterDocument", {"match", "@/FilterConfig.xml", "-"}, 2},
-         {"MatchWithoutTree", {"match", "@/Config.xml"}, 2}});
+         {"MatchWithoutTree", {"match", "@/Config.xml"}, 2},
+         {"MatchWerrorWithoutTree", {"match", "--werror", "@/Config.xml"}, 2}});
 
 }  // namespace

@@ -20,10 +20,11 @@ void CheckGuiSection(const RuleDocument& main, Report& report)
     const AttachReport checked = Tracking::CheckGuiSection(*main.main->gui(), main.guiLines);
     for (const AttachReport::Entry& entry : checked.Entries())
     {
-        const std::string where =
-            entry.line > 0 ? main.path + ":" + std::to_string(entry.line) : main.path;
         for (const AttachReport::Problem& problem : entry.problems)
         {
+            // At the element the problem is about: the entry, or a signal in it.
+            const int line = problem.line > 0 ? problem.line : entry.line;
+            const std::string where = line > 0 ? main.path + ":" + std::to_string(line) : main.path;
             report.Warning(where, AttachReport::ElementName(entry.kind).toStdString() + " \"" +
                                       entry.id.toStdString() + "\": " + problem.text.toStdString());
         }

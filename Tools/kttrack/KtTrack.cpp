@@ -17,7 +17,7 @@ const char* HelpText()
        kttrack check [--werror] DOC.xml... [+ DOC.xml...]...
        kttrack coverage [--require-all] DOC.xml... SESSION.jsonl
        kttrack diff [--changed-only] --old F1 [A1] --new F2 [A2] SESSION.jsonl
-       kttrack match DOC.xml TREE.json
+       kttrack match [--werror] DOC.xml TREE.json
        kttrack --help
 
 Tools for writing and testing the tracking documents: the main document (root
@@ -106,12 +106,19 @@ shipped document, a kind missing from --new is the old one.
 match: matches the gui section of the main document DOC.xml against an object
 tree dumped from the running application (the demo host's --dump-tree, or the
 library's DumpTopLevelWidgets()), with the library's own search, as attaching
-all of the tree's top-level windows would. Prints per entry (DOC.xml:LINE:) the
-objects it hooks and with which triggers, or that it matches nothing, and the
-problems found (FILE:LINE: warning: ...), among them objects hooked twice and
-along which ways.
-  Exit status: 0 every entry matches; 1 some entry matches nothing; 2 an
-  unreadable document or tree, or bad arguments.
+all of the tree's top-level windows would; a tree dumped after the application
+attached its windows is matched as they were attached (a window attached by
+itself after start-up had no pass over its actions). Prints per entry
+(DOC.xml:LINE:) the objects it hooks and with which triggers, or that it
+matches nothing, how an action's condition stands on each object, the problems
+found (FILE:LINE: warning: ...), among them objects hooked twice and along
+which ways, and notes (FILE:LINE: note: ...): for an entry that matches
+nothing, objects of nearly its name, of its name where it does not look, or
+that no object has its name.
+  --werror               problems make the exit status 1 too
+  Exit status: 0 every entry matches (and, with --werror, no problems); 1 some
+  entry matches nothing, or problems with --werror; 2 an unreadable document or
+  tree, or bad arguments.
 )";
 }
 

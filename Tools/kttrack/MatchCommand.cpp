@@ -17,13 +17,26 @@ namespace Velkor::KT::KtTrack
 
 int RunMatch(const std::vector<std::string>& args, std::ostream& out, std::ostream& err)
 {
-    if (args.size() != 2)
+    bool werror = false;
+    std::vector<std::string> paths;
+    for (const std::string& arg : args)
     {
-        err << "match: expected DOC.xml TREE.json (see kttrack --help)\n";
+        if (arg == "--werror")
+        {
+            werror = true;
+        }
+        else
+        {
+            paths.push_back(arg);
+        }
+    }
+    if (paths.size() != 2)
+    {
+        err << "match: expected [--werror] DOC.xml TREE.json (see kttrack --help)\n";
         return 2;
     }
-    const std::string& documentPath = args[0];
-    const std::string& treePath = args[1];
+    const std::string& documentPath = paths[0];
+    const std::string& treePath = paths[1];
 
     Report report(err);
     Schemas schemas;
@@ -63,7 +76,7 @@ int RunMatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
         return 2;
     }
     out << matched.ToText(QString::fromStdString(documentPath)).toStdString();
-    return matched.UnmatchedCount() > 0 ? 1 : 0;
+    return matched.UnmatchedCount() > 0 || (werror && matched.HasProblems()) ? 1 : 0;
 }
 
 }  // namespace Velkor::KT::KtTrack

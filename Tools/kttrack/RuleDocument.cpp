@@ -116,7 +116,7 @@ void Parse(DocumentKind kind, const std::string& text, ::xml_schema::flags flags
     {
         case DocumentKind::Main:
         {
-            std::vector<int> guiLines;
+            Config::GuiLines guiLines;
             auto model = Config::ktmstat(input, guiLines, flags, properties);
             if (document)
             {

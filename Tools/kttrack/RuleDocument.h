@@ -37,7 +37,7 @@ struct RuleDocument
     DocumentKind kind = DocumentKind::Main;
     std::unique_ptr<Tracking::Config::KtmStat> main;
     // Main documents: the line of each entry of the gui section, in document order.
-    std::vector<int> guiLines;
+    Tracking::Config::GuiLines guiLines;
     std::unique_ptr<Tracking::Config::Filter::Filter> filter;
     std::unique_ptr<Tracking::Config::Aggregator::Aggregator> aggregator;
 };

@@ -74,11 +74,10 @@ std::unique_ptr<KtmStat> ktmstat(std::istream& input, ::xml_schema::flags flags,
     return ReadModel<KtmStat>(input, flags, properties, MainRules());
 }
 
-std::unique_ptr<KtmStat> ktmstat(std::istream& input, std::vector<int>& guiEntryLines,
-                                 ::xml_schema::flags flags,
+std::unique_ptr<KtmStat> ktmstat(std::istream& input, GuiLines& guiLines, ::xml_schema::flags flags,
                                  const ::xml_schema::properties& properties)
 {
-    // Below "gui" the entries are the only elements of these names.
+    // Below "gui" the entries and their signals are the only elements of these names.
     static const std::set<std::string> kEntries = {"widget",
                                                    "button",
                                                    "label",
@@ -87,7 +86,8 @@ std::unique_ptr<KtmStat> ktmstat(std::istream& input, std::vector<int>& guiEntry
                                                    "abstractPresetButton",
                                                    "buttonWithPopUpList",
                                                    "action"};
-    guiEntryLines.clear();
+    static const std::set<std::string> kSignals = {"signal", "intSignal", "stringSignal"};
+    guiLines = {};
     bool inGui = false;
     return ReadModel<KtmStat>(
         input, flags, properties, MainRules(),
@@ -100,9 +100,23 @@ std::unique_ptr<KtmStat> ktmstat(std::istream& input, std::vector<int>& guiEntry
             }
             else if (inGui && kEntries.count(name))
             {
-                guiEntryLines.push_back(int(location.line));
+                guiLines.entries.push_back(int(location.line));
+            }
+            else if (inGui && kSignals.count(name))
+            {
+                guiLines.signalTriggers.push_back(int(location.line));
             }
         });
+}
+
+std::unique_ptr<KtmStat> ktmstat(std::istream& input, std::vector<int>& guiEntryLines,
+                                 ::xml_schema::flags flags,
+                                 const ::xml_schema::properties& properties)
+{
+    GuiLines lines;
+    auto model = ktmstat(input, lines, flags, properties);
+    guiEntryLines = std::move(lines.entries);
+    return model;
 }
 
 namespace Filter

@@ -15,6 +15,17 @@
 namespace Velkor::KT::Tracking::Config
 {
 
+// The lines of the elements of a "gui" section that reports point at (the line where the start
+// tag ends), in document order: its entries (widget, button, label, combobox, object,
+// abstractPresetButton, buttonWithPopUpList and action elements), which is the order of the
+// entries in the model, and the signal, intSignal and stringSignal elements in them, which is the
+// order in which the model lists each entry's signals, then intSignals, then stringSignals.
+struct GuiLines
+{
+    std::vector<int> entries;
+    std::vector<int> signalTriggers;
+};
+
 // Reads a document with the root element "ktmstat" from `input`. A document type declaration is
 // never accepted. Unless `flags` contain ::xml_schema::flags::dont_validate the document is also
 // validated against the schema named in `properties` (no_namespace_schema_location); the
@@ -31,6 +42,11 @@ KT_TRACKING_EXPORT std::unique_ptr<KtmStat> ktmstat(
 // entries in the model: for GuiHandler::SetConfig() and the attach reports.
 KT_TRACKING_EXPORT std::unique_ptr<KtmStat> ktmstat(
     std::istream& input, std::vector<int>& guiEntryLines, ::xml_schema::flags flags = 0,
+    const ::xml_schema::properties& properties = ::xml_schema::properties());
+
+// The same, giving the lines of the entries and of their signal elements.
+KT_TRACKING_EXPORT std::unique_ptr<KtmStat> ktmstat(
+    std::istream& input, GuiLines& guiLines, ::xml_schema::flags flags = 0,
     const ::xml_schema::properties& properties = ::xml_schema::properties());
 
 }  // namespace Velkor::KT::Tracking::Config

@@ -1,6 +1,7 @@
 #include "Tracking/Delivery/DebugKtTracker.h"
 
 #include "Tracking/Events/EventText.h"
+#include "Tracking/Gui/AttachedMarker_p.h"
 
 #include "Util/FunctionForwarder.h"
 
@@ -37,6 +38,8 @@ public:
             window->setWindowFlags(Qt::Window);
             // A window for developers: closing the host's last window still ends the host.
             window->setAttribute(Qt::WA_QuitOnClose, false);
+            // Never attached, never dumped: its items are the events themselves.
+            MarkLibraryWindow(window);
             window->setStyleSheet(QString::fromLatin1(kStyleSheet));
             window->resize(640, 480);
         }

@@ -112,8 +112,11 @@ QString Hooks(const AttachReport::Match& match)
     return hooks.join(QStringLiteral(", "));
 }
 
-QString Summary(const AttachReport& report)
+}  // namespace
+
+QString AttachReport::Summary() const
 {
+    const AttachReport& report = *this;
     int hooking = 0;
     int hooks = 0;
     int problems = 0;
@@ -138,8 +141,6 @@ QString Summary(const AttachReport& report)
         .arg(report.UnmatchedCount())
         .arg(Plural(problems, "problem"));
 }
-
-}  // namespace
 
 AttachReport::AttachReport() : d(new AttachReportData) {}
 AttachReport::AttachReport(const AttachReport& other) = default;
@@ -192,7 +193,7 @@ int AttachReport::UnmatchedCount() const
 
 QString AttachReport::ToText(const QString& fileName) const
 {
-    QString text = Summary(*this) + QLatin1Char('\n');
+    QString text = Summary() + QLatin1Char('\n');
     for (const Entry& entry : d->entries)
     {
         const QString location = Location(fileName, entry.line);
@@ -207,13 +208,23 @@ QString AttachReport::ToText(const QString& fileName) const
         for (const Match& match : entry.matches)
         {
             text += QStringLiteral("    ") + match.path + QStringLiteral(" (") + match.className +
-                    QStringLiteral("): ") + Hooks(match) + QLatin1Char('\n');
+                    QStringLiteral("): ") + Hooks(match);
+            if (!match.condition.isEmpty())
+            {
+                text += QStringLiteral("; condition: ") + match.condition;
+            }
+            text += QLatin1Char('\n');
         }
+        const QString name =
+            ElementName(entry.kind) + QStringLiteral(" \"") + entry.id + QStringLiteral("\": ");
         for (const Problem& problem : entry.problems)
         {
-            text += location + QStringLiteral(": warning: ") + ElementName(entry.kind) +
-                    QStringLiteral(" \"") + entry.id + QStringLiteral("\": ") + problem.text +
-                    QLatin1Char('\n');
+            text += (problem.line > 0 ? Location(fileName, problem.line) : location) +
+                    QStringLiteral(": warning: ") + name + problem.text + QLatin1Char('\n');
+        }
+        for (const QString& note : entry.notes)
+        {
+            text += location + QStringLiteral(": note: ") + name + note + QLatin1Char('\n');
         }
     }
     return text;

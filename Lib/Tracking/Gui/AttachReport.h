@@ -21,7 +21,8 @@ namespace Velkor::KT::Tracking
 namespace Config
 {
 class Gui;
-}
+struct GuiLines;
+}  // namespace Config
 
 class AttachReportData;
 
@@ -72,8 +73,10 @@ public:
         // QString, or a signal trigger on an element other than `object` (only `object` entries
         // hook signals).
         TriggerMismatch,
-        // The entry matched nothing, but objects of that name exist with a class the element does
-        // not take (a `button` entry naming a QLabel).
+        // The entry matched nothing in the attach, but objects of that name exist with a class the
+        // element does not take (a `button` entry naming a QLabel). Not said of the object a
+        // search starts from when the id is an expression: an expression that matches any name
+        // matches it too.
         WrongClass,
         // `propertyValue` without `propertyName`: the condition is ignored.
         PropertyValueWithoutName,
@@ -88,6 +91,9 @@ public:
     {
         ProblemKind kind;
         QString text;
+        // The line of the element the problem is about, when that is not the entry itself (a
+        // `signal` element inside it); 0: the entry's line.
+        int line = 0;
     };
 
     // One trigger made on one object.
@@ -116,6 +122,12 @@ public:
         // not the attach target (GuiHandler::Attach(root, target)), or that has no trigger of its
         // own.
         QVector<Hook> hooks;
+        // An `action` entry with a `propertyName`: how its condition stands on the object at the
+        // time of the attach: "'state' is missing", "'state' is \"AudioConfiguring\", not
+        // \"Configuring\"", "'state' is \"Configuring\": holds", "'state' is set: holds". The
+        // condition is checked again each time the action fires. Empty without a condition.
+        QString condition;
+        bool conditionHolds = false;
     };
 
     struct Entry
@@ -132,9 +144,18 @@ public:
         // The index in Entries() of the `widget` entry it is nested in; -1 at the top of the
         // section.
         int parent = -1;
+        // Whether the attach searched for the entry's objects: the attach of an action searches
+        // only `action` entries, and the entries in a widget entry are searched only in the
+        // widgets it found.
+        bool searched = false;
         // In the order found; an object found twice is listed twice.
         QVector<Match> matches;
         QVector<Problem> problems;
+        // What is no problem but helps to see why the entry does what it does: for an entry that
+        // matched nothing, the near misses in the attached trees (objects of nearly that name,
+        // of that name where the entry does not look); for a condition that holds on none of the
+        // entry's objects now, that.
+        QStringList notes;
 
         bool MatchedNothing() const { return matches.isEmpty(); }
     };
@@ -154,15 +175,22 @@ public:
     const QVector<Entry>& Entries() const;
     void SetEntries(const QVector<Entry>& entries);
 
+    // Whether an entry has a problem. Notes are no problems; and a section's own problems (see
+    // CheckGuiSection()) are in the first report after the section is set, not repeated in the
+    // reports of later attaches.
     bool HasProblems() const;
     // The entries that matched nothing.
     int UnmatchedCount() const;
 
     // The readable form: a summary line, then per entry one line ("LINE: button \"stopButton\"
     // (mouse-release-event BUTTON_CAPTURE_STOP_EVENT): hooks 1 object" or "...: matched
-    // nothing"), one indented line per object it found and one per problem. With `fileName`,
-    // lines start with "FILE:LINE:", as compilers write them, so that editors jump to the entry.
+    // nothing"), one indented line per object it found, one per problem ("LINE: warning: ...")
+    // and one per note ("LINE: note: ..."). With `fileName`, lines start with "FILE:LINE:", as
+    // compilers write them, so that editors jump to the entry.
     QString ToText(const QString& fileName = QString()) const;
+    // The summary line alone: "Attach of 'MainWindow': 22 entries; 12 hook something (29 hooks),
+    // 2 match nothing; 1 problem".
+    QString Summary() const;
 
     // "widget", "button", ... "action": the element's name in the document.
     static QString ElementName(ElementKind kind);
@@ -179,8 +207,11 @@ using AttachReportSink = std::function<void(const AttachReport&)>;
 // The entries of a section with the problems it shows by itself, without any object: malformed
 // signal texts, triggers that cannot fit their signal or element, `propertyValue` without
 // `propertyName`, invalid regular expressions, empty id segments, repeated entries. Every entry
-// is listed as matching nothing. `entryLines` are the lines of the entries in document order
-// (Config::ktmstat() can read them); without them lines are unknown.
+// is listed as matching nothing. `lines` are the lines of the entries, and of the signals in
+// them, in document order (Config::ktmstat() reads them); without them lines are unknown.
+KT_TRACKING_EXPORT AttachReport CheckGuiSection(const Config::Gui& section,
+                                                const Config::GuiLines& lines);
+// The same with the lines of the entries only: problems of signals are said at their entry's.
 KT_TRACKING_EXPORT AttachReport CheckGuiSection(const Config::Gui& section,
                                                 const std::vector<int>& entryLines = {});
 

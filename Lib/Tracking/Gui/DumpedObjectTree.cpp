@@ -59,6 +59,32 @@ QStringList Strings(const QJsonObject& object, const char* key, const QString& w
     return strings;
 }
 
+// An object of texts; optional.
+QHash<QString, QString> Texts(const QJsonObject& object, const char* key, const QString& where)
+{
+    const QJsonValue value = object.value(QLatin1String(key));
+    QHash<QString, QString> texts;
+    if (value.isUndefined())
+    {
+        return texts;
+    }
+    if (!value.isObject())
+    {
+        Fail(where, QStringLiteral("\"%1\" is not an object").arg(QLatin1String(key)));
+    }
+    const QJsonObject members = value.toObject();
+    for (auto it = members.constBegin(); it != members.constEnd(); ++it)
+    {
+        if (!it.value().isString())
+        {
+            Fail(where, QStringLiteral("\"%1\" holds a value that is not a string")
+                            .arg(QLatin1String(key)));
+        }
+        texts.insert(it.key(), it.value().toString());
+    }
+    return texts;
+}
+
 QJsonArray Array(const QJsonObject& object, const char* key, const QString& where)
 {
     const QJsonValue value = object.value(QLatin1String(key));
@@ -102,6 +128,7 @@ public:
         node.path = String(object, "path", where);
         node.classChain = Strings(object, "classChain", where, true);
         node.actions = Strings(object, "actions", where, false);
+        node.properties = Texts(object, "properties", where);
         node.signatures = &Signatures(node.classChain);
         if (!m_byPath.contains(node.path))
         {

@@ -10,6 +10,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QJsonObject;
@@ -29,6 +30,8 @@ struct DumpedNode
     const QSet<QByteArray>* signatures = nullptr;
     // The paths of a widget's actions.
     QStringList actions;
+    // Its dynamic properties, and an action's Qt properties, as text.
+    QHash<QString, QString> properties;
     std::vector<const DumpedNode*> children;
 };
 
@@ -84,6 +87,11 @@ struct DumpedObjectTree
     static bool HasSignal(Node node, const QByteArray& signature)
     {
         return node->signatures && node->signatures->contains(signature);
+    }
+    static std::optional<QString> Property(Node node, const QByteArray& name)
+    {
+        const auto found = node->properties.constFind(QString::fromUtf8(name));
+        return found == node->properties.constEnd() ? std::nullopt : std::optional<QString>(*found);
     }
 };
 

@@ -6,7 +6,7 @@
 namespace Velkor::KT::Tracking::Gui
 {
 
-EntryTable::EntryTable(const Config::Gui& section, const std::vector<int>& lines)
+EntryTable::EntryTable(const Config::Gui& section, const Config::GuiLines& lines)
 {
     for (const Config::Widget& widget : section.widget())
     {
@@ -20,11 +20,27 @@ EntryTable::EntryTable(const Config::Gui& section, const std::vector<int>& lines
     {
         Add(object, -1);
     }
-    if (lines.size() == m_elements.size())
+    if (lines.entries.size() == m_elements.size())
     {
         for (int i = 0; i < m_entries.size(); ++i)
         {
-            m_entries[i].line = lines[std::size_t(i)];
+            m_entries[i].line = lines.entries[std::size_t(i)];
+        }
+    }
+    std::size_t signalCount = 0;
+    for (const Triggers& triggers : m_triggers)
+    {
+        signalCount += triggers.signalHooks.size();
+    }
+    if (lines.signalTriggers.size() == signalCount)
+    {
+        std::size_t next = 0;
+        for (Triggers& triggers : m_triggers)
+        {
+            for (SignalHook& signal : triggers.signalHooks)
+            {
+                signal.line = lines.signalTriggers[next++];
+            }
         }
     }
 }

@@ -16,6 +16,7 @@ namespace Config
 class Gui;
 class Object;
 class Widget;
+struct GuiLines;
 }  // namespace Config
 
 namespace Gui
@@ -25,7 +26,9 @@ namespace Gui
 // in it (its buttons, labels, combo boxes, widgets, objects, preset buttons and pop-up list
 // buttons, in that order), then the section's actions, then its objects. The section is read in
 // this fixed order, so the order is also that of the elements in the document, and the n-th line
-// of `lines` belongs to the n-th entry. Refers to the section, which must outlive the table.
+// of the entries' lines belongs to the n-th entry (and the n-th of the signals' lines to the n-th
+// signal trigger, counted through the entries in this order). Refers to the section, which must
+// outlive the table.
 class EntryTable
 {
 public:
@@ -40,6 +43,9 @@ public:
         QString malformed;
         QString mismatch;
 
+        // The line of the element; 0 when unknown.
+        int line = 0;
+
         bool Connectable() const { return malformed.isEmpty() && mismatch.isEmpty(); }
     };
 
@@ -51,7 +57,8 @@ public:
         std::vector<SignalHook> signalHooks;
     };
 
-    EntryTable(const Config::Gui& section, const std::vector<int>& lines);
+    // Lines that do not fit the section (another count) are left unknown.
+    EntryTable(const Config::Gui& section, const Config::GuiLines& lines);
 
     int Count() const { return int(m_elements.size()); }
     // The position of an entry element of the section; -1 for any other element.

@@ -10,6 +10,7 @@
 #include "Tracking/Gui/LiveObjectTree_p.h"
 #include "Tracking/Gui/ParseContext_p.h"
 #include "Tracking/Gui/QtEventHandler_p.h"
+#include "Tracking/Gui/ReportLog_p.h"
 #include "Tracking/Gui/ReportRecorder_p.h"
 #include "Tracking/Gui/SectionHooks_p.h"
 #include "Tracking/Gui/SectionLints_p.h"
@@ -17,10 +18,13 @@
 #include <glog/logging.h>
 
 #include <QAction>
-#include <QStringList>
+#include <QApplication>
+#include <QWidget>
 
 #include <optional>
+#include <set>
 #include <utility>
+#include <vector>
 
 namespace Velkor::KT::Tracking
 {
@@ -28,6 +32,8 @@ namespace Velkor::KT::Tracking
 class GuiHandler::Private
 {
 public:
+    using Recorder = Gui::ReportRecorder<LiveObjectTree>;
+
     Private(GuiHandler* owner, const std::shared_ptr<IKtTracker>& tracker)
         : tracker(tracker),
           autoAttacher([owner](QWidget* window) { owner->Attach(window, nullptr); })
@@ -42,70 +48,110 @@ public:
     // Reports are made for a sink, or for the verbose log.
     bool Reporting() const { return sink || VLOG_IS_ON(1); }
 
-    // The entries of the section, with the problems it shows by itself; made for the first
-    // report after each SetConfig().
-    const Gui::EntryTable& Table()
+    // The entries of the section as the next report starts them: with the problems the section
+    // shows by itself in the first report after SetConfig(), without them afterwards.
+    QVector<AttachReport::Entry> Entries()
     {
         if (!table)
         {
             table.emplace(config, lines);
-            sectionEntries = table->Entries();
-            Gui::AddSectionProblems(*table, sectionEntries);
         }
-        return *table;
+        QVector<AttachReport::Entry> entries = table->Entries();
+        if (!sectionProblemsSaid)
+        {
+            Gui::AddSectionProblems(*table, entries);
+            sectionProblemsSaid = true;
+        }
+        return entries;
     }
 
+    // One report over the walks `walk` makes with the recorder, through the trees of `roots`.
     template <class Walk>
-    void Report(const QString& attachedTo, QObject* root, QObject* target, const Walk& walk)
+    void Report(const QString& attachedTo, const std::vector<QObject*>& roots, const Walk& walk)
     {
         ledger.Prune();
-        const Gui::EntryTable& entryTable = Table();
-        QVector<AttachReport::Entry> entries = sectionEntries;
-        Gui::ReportRecorder<LiveObjectTree> recorder(entryTable, entries, ledger, attachedTo, root,
-                                                     target);
+        QVector<AttachReport::Entry> entries = Entries();
+        Recorder recorder(*table, entries, ledger);
         walk(recorder);
+        recorder.Finish(roots, false);
         AttachReport report;
         report.SetAttachedTo(attachedTo);
         report.SetEntries(entries);
-        Log(report);
+        Publish(report, false);
+    }
+
+    void Publish(const AttachReport& report, bool everyWindow) const
+    {
+        Log(report, everyWindow);
         if (sink)
         {
             sink(report);
         }
     }
 
-    static void Log(const AttachReport& report)
+    void Log(const AttachReport& report, bool everyWindow) const
     {
         if (!VLOG_IS_ON(1))
         {
             return;
         }
-        if (VLOG_IS_ON(2))
-        {
-            VLOG(2) << "GUI " << report.ToText().toStdString();
-            return;
-        }
-        // The summary and the problems.
-        const QStringList lines = report.ToText().split(QLatin1Char('\n'));
-        QString text = lines.first();
-        for (const QString& line : lines)
-        {
-            if (line.contains(QStringLiteral(": warning: ")))
-            {
-                text += QLatin1Char('\n') + line;
-            }
-        }
-        VLOG(1) << "GUI " << text.toStdString();
+        const QString name =
+            documentName.isEmpty() ? QStringLiteral("main document") : documentName;
+        const QString text = VLOG_IS_ON(2) ? name + QStringLiteral(": ") + report.ToText(name)
+                                           : Gui::LogSummary(report, name, everyWindow);
+        LOG(WARNING) << "GUI " << text.trimmed().toStdString();
     }
 
+    void AttachTree(QObject* root, QObject* target, Recorder* recorder)
+    {
+        const Gui::ParseContext context = Context(target);
+        if (recorder)
+        {
+            recorder->Begin(QLatin1Char('\'') + ObjectPath(root) + QLatin1Char('\''), root, target);
+            HookSection(context, root, config, *recorder);
+        }
+        else
+        {
+            HookSection(context, root, config);
+        }
+        MarkAttached(target ? target : root);
+    }
+
+    void AttachAction(QAction* action, Recorder* recorder)
+    {
+        const Gui::ParseContext context = Context(nullptr);
+        if (recorder)
+        {
+            recorder->Begin(QStringLiteral("action '") + ObjectPath(action) + QLatin1Char('\''),
+                            action, nullptr);
+            HookActionEntries(context, action, config, *recorder);
+        }
+        else
+        {
+            HookActionEntries(context, action, config);
+        }
+        MarkAttached(action);
+    }
+
+    // The attach of all top-level windows while it runs: its attaches write one report.
+    struct Group
+    {
+        Recorder* recorder = nullptr;
+        std::vector<QObject*> roots;
+        int windows = 0;
+        int actions = 0;
+    };
+    std::optional<Group> group;
+
     Config::Gui config;
-    std::vector<int> lines;
+    Config::GuiLines lines;
+    QString documentName;
     const NotNull<IKtTracker> tracker;
     QtEventHandler eventHandler;
     GuiElementAutoAttacher autoAttacher;
     AttachReportSink sink;
     std::optional<Gui::EntryTable> table;
-    QVector<AttachReport::Entry> sectionEntries;
+    bool sectionProblemsSaid = false;
     Gui::HookLedger<QObject*> ledger;
 };
 
@@ -118,15 +164,23 @@ GuiHandler::~GuiHandler() = default;
 
 void GuiHandler::SetConfig(const Config::Gui& config)
 {
-    SetConfig(config, {});
+    SetConfig(config, Config::GuiLines{});
 }
 
 void GuiHandler::SetConfig(const Config::Gui& config, const std::vector<int>& entryLines)
 {
+    SetConfig(config, Config::GuiLines{entryLines, {}});
+}
+
+void GuiHandler::SetConfig(const Config::Gui& config, const Config::GuiLines& lines,
+                           const QString& documentName)
+{
     d->table.reset();
+    d->sectionProblemsSaid = false;
     d->ledger.Clear();
     d->config = config;
-    d->lines = entryLines;
+    d->lines = lines;
+    d->documentName = documentName;
 }
 
 void GuiHandler::SetAttachReportSink(AttachReportSink sink)
@@ -141,11 +195,16 @@ void GuiHandler::Attach(QObject* root, QObject* target)
     {
         return;
     }
-    const Gui::ParseContext context = d->Context(target);
+    if (d->group)
+    {
+        d->group->roots.push_back(root);
+        ++d->group->windows;
+        d->AttachTree(root, target, d->group->recorder);
+        return;
+    }
     if (!d->Reporting())
     {
-        HookSection(context, root, d->config);
-        MarkAttached(marked);
+        d->AttachTree(root, target, nullptr);
         return;
     }
     QString attachedTo = QLatin1Char('\'') + ObjectPath(root) + QLatin1Char('\'');
@@ -153,12 +212,8 @@ void GuiHandler::Attach(QObject* root, QObject* target)
     {
         attachedTo += QStringLiteral(", target '") + ObjectPath(target) + QLatin1Char('\'');
     }
-    d->Report(attachedTo, root, target,
-              [&](Gui::ReportRecorder<LiveObjectTree>& recorder)
-              {
-                  HookSection(context, root, d->config, recorder);
-                  MarkAttached(marked);
-              });
+    d->Report(attachedTo, {root},
+              [&](Private::Recorder& recorder) { d->AttachTree(root, target, &recorder); });
 }
 
 void GuiHandler::Attach(QObject* root)
@@ -172,19 +227,68 @@ void GuiHandler::Attach(QAction* action)
     {
         return;
     }
-    const Gui::ParseContext context = d->Context(nullptr);
-    if (!d->Reporting())
+    if (d->group)
     {
-        HookActionEntries(context, action, d->config);
-        MarkAttached(action);
+        d->group->roots.push_back(action);
+        ++d->group->actions;
+        d->AttachAction(action, d->group->recorder);
         return;
     }
-    d->Report(QStringLiteral("action '") + ObjectPath(action) + QLatin1Char('\''), action, nullptr,
-              [&](Gui::ReportRecorder<LiveObjectTree>& recorder)
-              {
-                  HookActionEntries(context, action, d->config, recorder);
-                  MarkAttached(action);
-              });
+    if (!d->Reporting())
+    {
+        d->AttachAction(action, nullptr);
+        return;
+    }
+    d->Report(QStringLiteral("action '") + ObjectPath(action) + QLatin1Char('\''), {action},
+              [&](Private::Recorder& recorder) { d->AttachAction(action, &recorder); });
+}
+
+void GuiHandler::AttachAllTopLevelWindows(const std::function<void(QWidget*)>& attachWindow)
+{
+    const auto attachAll = [&]
+    {
+        std::set<QAction*> actions;
+        for (QWidget* widget : QApplication::topLevelWidgets())
+        {
+            if (attachWindow)
+            {
+                attachWindow(widget);
+            }
+            else
+            {
+                Attach(widget);
+            }
+            const auto widgetActions = widget->actions();
+            actions.insert(widgetActions.begin(), widgetActions.end());
+        }
+        for (QAction* action : actions)
+        {
+            Attach(action);
+        }
+    };
+    if (!d->Reporting() || d->group)
+    {
+        attachAll();
+        return;
+    }
+    // Made before the first attach: the section's own problems go to this report.
+    QVector<AttachReport::Entry> entries = d->Entries();
+    d->ledger.Prune();
+    Private::Recorder recorder(*d->table, entries, d->ledger);
+    d->group.emplace();
+    d->group->recorder = &recorder;
+    attachAll();
+    const Private::Group group = *d->group;
+    d->group.reset();
+    if (group.roots.empty())
+    {
+        return;
+    }
+    recorder.Finish(group.roots, true);
+    AttachReport report;
+    report.SetAttachedTo(Gui::AllWindowsName(group.windows, group.actions));
+    report.SetEntries(entries);
+    d->Publish(report, true);
 }
 
 }  // namespace Velkor::KT::Tracking

@@ -3,13 +3,16 @@
 #include "Tracking/Gui/AttachReport.h"
 #include "Tracking/TrackingExport.h"
 
+#include <QString>
 #include <QtGlobal>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 class QAction;
 class QObject;
+class QWidget;
 
 namespace Velkor::KT::Tracking
 {
@@ -19,7 +22,8 @@ class IKtTracker;
 namespace Config
 {
 class Gui;
-}
+struct GuiLines;
+}  // namespace Config
 
 // Hooks the widgets, actions and objects that a `gui` configuration section names, and reports
 // each configured user action (a click, a toggle, an index change, a shown or closed window, a
@@ -34,9 +38,14 @@ class Gui;
 //
 // Needs the application object; GUI thread only. Nothing here throws on a configuration that
 // does not fit the object tree: entries that find nothing are skipped. To see what an attach made
-// of each entry, register a report sink (SetAttachReportSink()), or switch on verbose logging at
-// level 1 (problems and a summary per attach) or 2 (the whole report), for example with
-// GLOG_vmodule=GuiHandler=2.
+// of each entry, register a report sink (SetAttachReportSink()), or switch on verbose logging for
+// this file: at level 1 one summary per attach (what was attached, how many entries hook what,
+// the entries that matched nothing, and the problems not said before), at level 2 the whole
+// report, for example with GLOG_vmodule=GuiHandler=2. Those lines name the document and have
+// severity WARNING, apart from the INFO lines of the viewer's events: a host silences these with
+// glog's minloglevel and keeps the reports, or leaves verbose logging off and has no reports.
+//
+// The library's own windows (the viewer, the highlight's overlays) are never attached.
 class KT_TRACKING_EXPORT GuiHandler
 {
 public:
@@ -50,6 +59,10 @@ public:
     // (Config::ktmstat() reads them), for the attach reports. Lines that do not fit the section
     // (another count) are dropped.
     void SetConfig(const Config::Gui& config, const std::vector<int>& entryLines);
+    // The same, with the lines of the entries and of their signal elements, and the document's
+    // name for the log lines ("Config.xml"; without one, "main document").
+    void SetConfig(const Config::Gui& config, const Config::GuiLines& lines,
+                   const QString& documentName = QString());
 
     // Called at the end of every attach that searched the section (Attach() in all its forms,
     // also the automatic attaching of new windows), with what it made of each entry; not called
@@ -65,6 +78,10 @@ public:
     void Attach(QObject* root);
     // Attaches one action with the section's `action` entries only.
     void Attach(QAction* action);
+    // Attaches each top-level widget (QApplication::topLevelWidgets()), in the list's order, with
+    // `attachWindow` (by default Attach(window)), then each action the widgets list, once, with
+    // Attach(action): one attach report for all of them.
+    void AttachAllTopLevelWindows(const std::function<void(QWidget*)>& attachWindow = {});
 
 private:
     Q_DISABLE_COPY(GuiHandler)

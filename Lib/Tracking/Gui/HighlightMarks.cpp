@@ -22,7 +22,8 @@ QString Describe(const QObject* object)
            QLatin1String(object->metaObject()->className()) + QLatin1Char(')');
 }
 
-// "line 12: button "stopButton": clicked-event BUTTON_STOP, mouse-release-event BUTTON_UP".
+// "line 12: button "stopButton": clicked-event BUTTON_STOP, mouse-release-event BUTTON_UP", and
+// for an action entry with a condition, how it stands: "; condition: 'state' is missing".
 QString EntryLine(const AttachReport::Entry& entry, const AttachReport::Match& match)
 {
     QString line = entry.line > 0 ? QStringLiteral("line %1: ").arg(entry.line) : QString();
@@ -39,7 +40,12 @@ QString EntryLine(const AttachReport::Entry& entry, const AttachReport::Match& m
                                            : hook.trigger + QLatin1Char(' ') + hook.signal +
                                                  QLatin1Char(' ') + hook.event);
     }
-    return line + hooks.join(QStringLiteral(", "));
+    line += hooks.join(QStringLiteral(", "));
+    if (!match.condition.isEmpty())
+    {
+        line += QStringLiteral("; condition: ") + match.condition;
+    }
+    return line;
 }
 
 // Where an action shows in one of its widgets: its item in a menu or menu bar, or the whole

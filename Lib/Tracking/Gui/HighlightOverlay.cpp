@@ -48,7 +48,7 @@ void PrepareOverlayWindow(QWidget* window)
     window->setAttribute(Qt::WA_ShowWithoutActivating);
     window->setAttribute(Qt::WA_TransparentForMouseEvents);
     window->setAttribute(Qt::WA_QuitOnClose, false);
-    MarkAttached(window);
+    MarkLibraryWindow(window);
 }
 
 template <class Fill>

@@ -7,6 +7,9 @@
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
+#include <QVariant>
+
+#include <optional>
 
 namespace Velkor::KT::Tracking
 {
@@ -40,6 +43,12 @@ struct LiveObjectTree
     static bool HasSignal(Node node, const QByteArray& signature)
     {
         return node->metaObject()->indexOfSignal(signature.constData()) >= 0;
+    }
+    // A Qt or dynamic property as text; none when the object has no such property.
+    static std::optional<QString> Property(Node node, const QByteArray& name)
+    {
+        const QVariant value = node->property(name.constData());
+        return value.isValid() ? std::optional<QString>(value.toString()) : std::nullopt;
     }
 };
 

@@ -15,7 +15,8 @@ namespace Velkor::KT::Tracking
 namespace Config
 {
 class Gui;
-}
+struct GuiLines;
+}  // namespace Config
 
 // A tree of objects as JSON: what the search of a `gui` section sees of a running application,
 // so that a section can be matched against it later, away from the application
@@ -32,7 +33,8 @@ class Gui;
 //   OBJECT: {"objectName": "stopButton", "className": "QPushButton",
 //            "classChain": ["QPushButton", "QAbstractButton", "QWidget", "QObject"],
 //            "path": "CaptureControlPanel/stopButton", "parentPath": "CaptureControlPanel",
-//            "properties": {"state": "Configuring"},   // dynamic properties, as text
+//            "properties": {"state": "Configuring"},   // dynamic properties, and an action's
+//                                                      // Qt properties, as text
 //            "actions": ["MainWindow/ActionQuit"],       // widgets: QWidget::actions(), by path
 //            "children": [OBJECT or {"seeRoot": PATH}, ...]}   // QObject::children() order
 //
@@ -51,15 +53,24 @@ class Gui;
 KT_TRACKING_EXPORT QJsonDocument DumpObjectTree(const QObjectList& roots);
 
 // The trees of all top-level widgets (QApplication::topLevelWidgets()): the windows
-// StatisticsManager::AttachAllTopLevelWindows() attaches.
+// StatisticsManager::AttachAllTopLevelWindows() attaches; the library's own windows (the viewer,
+// the highlight's overlays) are left out.
 KT_TRACKING_EXPORT QJsonDocument DumpTopLevelWidgets();
 
-// Matches `section` against a dumped tree the way StatisticsManager::AttachAllTopLevelWindows()
+// Matches `section` against a dumped tree the way GuiHandler::AttachAllTopLevelWindows()
 // attaches the same windows: each root in turn, then every action the roots' widgets list, each
-// once, with the section's `action` entries. The report is made by the code that makes the
-// report of a live attach, objects left null. `entryLines`: the lines of the section's entries
-// (see CheckGuiSection()). A document that is not such a tree gives an empty report and its
-// reason in `errorString`.
+// once, with the section's `action` entries. A dump taken after the section was attached (its
+// objects carry the attached marker) is matched as the windows were attached: only the roots and
+// actions that carry the marker, so a window that was attached by itself after start-up, whose
+// actions had no pass of their own, is matched so too. The library's own windows are left out.
+// The report is made by the code that makes the report of a live attach, objects left null.
+// `lines`: those of the section's entries and signals (see CheckGuiSection()). A document that is
+// not such a tree gives an empty report and its reason in `errorString`.
+KT_TRACKING_EXPORT AttachReport MatchObjectTree(const QJsonDocument& tree,
+                                                const Config::Gui& section,
+                                                const Config::GuiLines& lines,
+                                                QString* errorString = nullptr);
+// The same with the lines of the entries only.
 KT_TRACKING_EXPORT AttachReport MatchObjectTree(const QJsonDocument& tree,
                                                 const Config::Gui& section,
                                                 const std::vector<int>& entryLines = {},

@@ -1,3 +1,4 @@
+#include "Tracking/Gui/AttachedMarker_p.h"
 #include "Tracking/Gui/LiveObjectTree_p.h"
 #include "Tracking/Gui/ObjectTree.h"
 
@@ -6,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QMetaMethod>
+#include <QMetaProperty>
 #include <QSet>
 #include <QWidget>
 
@@ -57,6 +59,20 @@ private:
         node.insert("path", path);
         node.insert("parentPath", object->parent() ? ObjectPath(object->parent()) : QString());
         QJsonObject properties;
+        // An action's own properties too: conditions of action entries may name them.
+        if (qobject_cast<QAction*>(object))
+        {
+            const QMetaObject* meta = object->metaObject();
+            for (int i = 0; i < meta->propertyCount(); ++i)
+            {
+                const QMetaProperty property = meta->property(i);
+                if (property.isReadable())
+                {
+                    properties.insert(QLatin1String(property.name()),
+                                      property.read(object).toString());
+                }
+            }
+        }
         for (const QByteArray& name : object->dynamicPropertyNames())
         {
             if (!name.startsWith("_q_"))
@@ -140,7 +156,10 @@ QJsonDocument DumpTopLevelWidgets()
     QObjectList roots;
     for (QWidget* widget : QApplication::topLevelWidgets())
     {
-        roots.append(widget);
+        if (!IsLibraryWindow(widget))
+        {
+            roots.append(widget);
+        }
     }
     return DumpObjectTree(roots);
 }

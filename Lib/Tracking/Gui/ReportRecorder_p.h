@@ -5,6 +5,7 @@
 #include "Tracking/Gui/ElementKinds_p.h"
 #include "Tracking/Gui/EntryTable_p.h"
 #include "Tracking/Gui/HookLedger_p.h"
+#include "Tracking/Gui/NearMisses_p.h"
 #include "Tracking/Gui/ObjectSearch_p.h"
 #include "Tracking/Gui/SectionLints_p.h"
 #include "Tracking/Gui/SignalText_p.h"
@@ -12,44 +13,56 @@
 #include <QStringList>
 #include <QVector>
 
+#include <algorithm>
+#include <optional>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Velkor::KT::Tracking::Gui
 {
 
-// The visitor of a section walk (SectionWalk.h) that writes the attach report: for each search
-// of an entry, the objects it found with the hooks each gets, the signals an object lacks, the
-// objects of a name whose class the entry does not take, and the objects the entry hooks more
-// than once (through `ledger`, also across attaches). Works on any tree that ObjectSearch works
-// on and that also provides
+// The visitor of section walks (SectionWalk.h) that writes one attach report, which may cover
+// several walks (the attach of all top-level windows: each window, then each action): for each
+// search of an entry, the objects it found with the hooks each gets and, for a condition, how it
+// stands; the signals an object lacks; the objects the entry hooks more than once (through
+// `ledger`, also across attaches). Once the walks are done, Finish() explains the entries that
+// matched nothing in any of them: objects of the name with a class the entry does not take, and
+// near misses (see Finish()). Works on any tree that ObjectSearch works on and that also
+// provides
 //   static QObject* Object(Node);     // the live object, or null
 //   static QString Path(Node);        // see ObjectPath()
 //   static QString ClassName(Node);
 //   static bool HasSignal(Node, const QByteArray& normalisedSignature);
+//   static std::optional<QString> Property(Node, const QByteArray& name);  // as text; none: unset
 // Hooks are made by another visitor; this one only tells what they are.
 template <class Tree>
 class ReportRecorder
 {
 public:
     using Node = typename Tree::Node;
+    using Class = typename Tree::Class;
     static constexpr bool kTraced = true;
 
-    // `entries`: the report's entries, in the order of `table`. `attach` names the attach in the
-    // ways of the hooked-twice problems ("'MainWindow'"); `root` is where it started; with a
-    // `target`, other objects get no hooks of their own (object entries excepted).
+    // `entries`: the report's entries, in the order of `table`.
     ReportRecorder(const EntryTable& table, QVector<AttachReport::Entry>& entries,
-                   HookLedger<Node>& ledger, const QString& attach, Node root, Node target)
-        : m_table(table),
-          m_entries(entries),
-          m_ledger(ledger),
-          m_attach(attach),
-          m_root(root),
-          m_target(target)
+                   HookLedger<Node>& ledger)
+        : m_table(table), m_entries(entries), m_ledger(ledger), m_misses(entries.size())
     {
     }
 
+    // The walk that follows: `attach` names it in the ways of the hooked-twice problems
+    // ("'MainWindow'"); `root` is where it starts; with a `target`, other objects get no hooks
+    // of their own (object entries excepted).
+    void Begin(const QString& attach, Node root, Node target)
+    {
+        m_attach = attach;
+        m_root = root;
+        m_target = target;
+    }
+
     template <class Entry>
-    void Found(const Entry& element, Node, const std::vector<Node>& matches,
+    void Found(const Entry& element, Node start, const std::vector<Node>& matches,
                const SearchTrace<Node>* trace)
     {
         const int index = m_table.IndexOf(element);
@@ -58,6 +71,16 @@ public:
             return;
         }
         AttachReport::Entry& entry = m_entries[index];
+        Miss& miss = m_misses[std::size_t(index)];
+        miss.searched = true;
+        entry.searched = true;
+        miss.wanted = Tree::ClassOf(ElementOf<Entry>::QtClass::staticMetaObject);
+        miss.qtClass = QLatin1String(ElementOf<Entry>::QtClass::staticMetaObject.className());
+        if (miss.starts.size() < 2 &&
+            std::find(miss.starts.begin(), miss.starts.end(), start) == miss.starts.end())
+        {
+            miss.starts.push_back(start);
+        }
         for (std::size_t i = 0; i < matches.size(); ++i)
         {
             const Node match = matches[i];
@@ -69,23 +92,23 @@ public:
             {
                 record.hooks = Hooks(match, index, record.className, entry);
             }
+            if constexpr (std::is_same_v<Entry, Config::Action>)
+            {
+                Condition(element, match, record);
+            }
             if (!record.hooks.isEmpty())
             {
                 NoteHooked(match, index, entry, record, trace->from[i]);
             }
             entry.matches.append(record);
         }
-        if (matches.empty())
+        // An expression matches the start of any search it likes; that the start is of another
+        // class says nothing of the entry.
+        for (const Node other : trace->wrongClass)
         {
-            for (const Node other : trace->wrongClass)
+            if (!(entry.idIsRegExp && other == start))
             {
-                AddProblem(entry, AttachReport::ProblemKind::WrongClass,
-                           QStringLiteral("'%1' is a %2, which a %3 entry does not take (it "
-                                          "takes %4)")
-                               .arg(Tree::Path(other), Tree::ClassName(other),
-                                    AttachReport::ElementName(entry.kind),
-                                    QLatin1String(
-                                        ElementOf<Entry>::QtClass::staticMetaObject.className())));
+                miss.wrongClass.push_back(other);
             }
         }
     }
@@ -95,7 +118,61 @@ public:
     {
     }
 
+    // Explains what the walks leave unexplained, over the trees of `roots` (those of the walks).
+    // For each entry that was searched and matched nothing (its widget entry having matched
+    // something): the objects of its name whose class it does not take, as problems; as notes,
+    // where objects of its name and class are when the entry did not reach them, or else the
+    // objects of that class whose names are nearly its (and so for each part of a path that
+    // names nothing). When `everyWindow`, the walks covered all windows there are: a name found
+    // nowhere is said to be missing. For each action entry whose condition holds on none of its
+    // objects, a note.
+    void Finish(const std::vector<Node>& roots, bool everyWindow)
+    {
+        std::optional<NameIndex<Tree>> index;
+        for (int i = 0; i < m_entries.size(); ++i)
+        {
+            AttachReport::Entry& entry = m_entries[i];
+            const Miss& miss = m_misses[std::size_t(i)];
+            if (!entry.MatchedNothing())
+            {
+                ConditionNote(entry);
+                continue;
+            }
+            if (!miss.searched || (entry.parent >= 0 && m_entries[entry.parent].MatchedNothing()))
+            {
+                continue;
+            }
+            for (const Node other : miss.wrongClass)
+            {
+                AddProblem(entry, AttachReport::ProblemKind::WrongClass,
+                           QStringLiteral("'%1' is a %2, which a %3 entry does not take (it "
+                                          "takes %4)")
+                               .arg(Tree::Path(other), Tree::ClassName(other),
+                                    AttachReport::ElementName(entry.kind), miss.qtClass));
+            }
+            if (entry.idIsRegExp)
+            {
+                continue;
+            }
+            if (!index)
+            {
+                index.emplace(roots);
+            }
+            Explain(entry, miss, *index, everyWindow);
+        }
+    }
+
 private:
+    // What Finish() needs to know of the searches of one entry.
+    struct Miss
+    {
+        bool searched = false;
+        Class wanted{};
+        QString qtClass;
+        std::vector<Node> starts;  // the first two objects the entry was searched from
+        std::vector<Node> wrongClass;
+    };
+
     QVector<AttachReport::Hook> Hooks(Node match, int index, const QString& className,
                                       AttachReport::Entry& entry)
     {
@@ -118,9 +195,184 @@ private:
             }
             AddProblem(entry, AttachReport::ProblemKind::MissingSignal,
                        QStringLiteral("%1 has no signal %2")
-                           .arg(className, QString::fromLatin1(signal.signature)));
+                           .arg(className, QString::fromLatin1(signal.signature)),
+                       signal.line);
         }
         return hooks;
+    }
+
+    // How the condition of an action entry stands on `match`, checked as the hook checks it.
+    static void Condition(const Config::Action& element, Node match, AttachReport::Match& record)
+    {
+        if (!element.propertyName())
+        {
+            return;
+        }
+        const QString name = QString::fromStdString(*element.propertyName());
+        const std::optional<QString> value =
+            Tree::Property(match, QByteArray::fromStdString(*element.propertyName()));
+        if (!value)
+        {
+            record.condition = QStringLiteral("'%1' is missing").arg(name);
+            return;
+        }
+        if (!element.propertyValue())
+        {
+            record.condition = QStringLiteral("'%1' is set: holds").arg(name);
+            record.conditionHolds = true;
+            return;
+        }
+        const QString wanted = QString::fromStdString(*element.propertyValue());
+        record.conditionHolds = value->toUtf8() == wanted.toUtf8();
+        record.condition =
+            record.conditionHolds
+                ? QStringLiteral("'%1' is \"%2\": holds").arg(name, *value)
+                : QStringLiteral("'%1' is \"%2\", not \"%3\"").arg(name, *value, wanted);
+    }
+
+    static void ConditionNote(AttachReport::Entry& entry)
+    {
+        if (entry.matches.first().condition.isEmpty())
+        {
+            return;
+        }
+        for (const AttachReport::Match& match : entry.matches)
+        {
+            if (match.conditionHolds)
+            {
+                return;
+            }
+        }
+        entry.notes.append(
+            QStringLiteral("its condition holds on none of its objects now (%1): it sends "
+                           "nothing unless that changes before the action fires")
+                .arg(entry.matches.first().condition));
+    }
+
+    void Explain(AttachReport::Entry& entry, const Miss& miss, const NameIndex<Tree>& index,
+                 bool everyWindow)
+    {
+        QStringList parts = entry.id.split(QLatin1Char(':'));
+        parts.removeAll(QString());
+        if (parts.isEmpty())
+        {
+            return;  // the section's own problems say why
+        }
+        const QString name = parts.last();
+        // Objects of its name and class that the search did not reach.
+        QStringList elsewhere;
+        for (const Node node : index.Named(name))
+        {
+            if (Tree::IsA(node, miss.wanted))
+            {
+                elsewhere.append(QLatin1Char('\'') + Tree::Path(node) + QLatin1Char('\''));
+            }
+        }
+        if (!elsewhere.isEmpty())
+        {
+            entry.notes.append(QStringLiteral("%1 %2 named '%3', where the entry does not look: %4")
+                                   .arg(Objects(elsewhere.size()), Plainly(elsewhere), name,
+                                        Reach(entry, miss, parts)));
+        }
+        bool explained = !elsewhere.isEmpty() || !miss.wrongClass.empty();
+        for (int p = 0; p < parts.size(); ++p)
+        {
+            const bool last = p + 1 == parts.size();
+            if ((last && explained) || (!last && !index.Named(parts[p]).empty()))
+            {
+                continue;
+            }
+            const QStringList near = NearNames(index, parts[p], last ? &miss.wanted : nullptr);
+            if (!near.isEmpty())
+            {
+                entry.notes.append(QStringLiteral("no object is named '%1'; nearly so: %2")
+                                       .arg(parts[p], near.join(QStringLiteral(", "))));
+                explained = true;
+            }
+        }
+        if (!explained && everyWindow && index.Named(name).empty())
+        {
+            entry.notes.append(
+                QStringLiteral("no object of these windows is named '%1': a window created "
+                               "later is attached when it gets its native window")
+                    .arg(name));
+        }
+    }
+
+    // Where the entry looked, for a note on objects it did not reach.
+    QString Reach(const AttachReport::Entry& entry, const Miss& miss, const QStringList& parts)
+    {
+        if (entry.idIsRoot)
+        {
+            return QStringLiteral("with idIsRoot only the object a search starts from counts");
+        }
+        if (parts.size() > 1)
+        {
+            return QStringLiteral("its id looks for it below an object named '%1'")
+                .arg(parts[parts.size() - 2]);
+        }
+        if (entry.parent >= 0)
+        {
+            QStringList starts;
+            for (const Node start : miss.starts)
+            {
+                starts.append(QLatin1Char('\'') + Tree::Path(start) + QLatin1Char('\''));
+            }
+            return QStringLiteral("it looks below what its widget entry (line %1) found: %2")
+                .arg(m_entries[entry.parent].line)
+                .arg(starts.join(QStringLiteral(", ")));
+        }
+        return QStringLiteral("the attach started elsewhere");
+    }
+
+    // Up to three names of the index nearly `name`, nearest first, each with the path of its
+    // first object; only objects of class `wanted` when given.
+    static QStringList NearNames(const NameIndex<Tree>& index, const QString& name,
+                                 const Class* wanted)
+    {
+        const int limit = NearNameLimit(name);
+        std::vector<std::pair<int, QString>> near;
+        index.ForEachName(
+            [&](const QString& candidate, const std::vector<Node>& nodes)
+            {
+                if (candidate.isEmpty() || candidate == name)
+                {
+                    return;
+                }
+                const int distance = NameDistance(name, candidate, limit);
+                if (distance > limit)
+                {
+                    return;
+                }
+                for (const Node node : nodes)
+                {
+                    if (!wanted || Tree::IsA(node, *wanted))
+                    {
+                        near.emplace_back(
+                            distance, QStringLiteral("'%1' (%2)").arg(candidate, Tree::Path(node)));
+                        return;
+                    }
+                }
+            });
+        std::sort(near.begin(), near.end());
+        QStringList names;
+        for (std::size_t i = 0; i < near.size() && i < 3; ++i)
+        {
+            names.append(near[i].second);
+        }
+        return names;
+    }
+
+    static QString Objects(int count)
+    {
+        return count == 1 ? QStringLiteral("the object") : QStringLiteral("the objects");
+    }
+
+    static QString Plainly(const QStringList& paths)
+    {
+        return paths.mid(0, 3).join(QStringLiteral(", ")) +
+               (paths.size() > 3 ? QStringLiteral(" and %1 more").arg(paths.size() - 3)
+                                 : QString());
     }
 
     void NoteHooked(Node match, int index, AttachReport::Entry& entry,
@@ -163,9 +415,10 @@ private:
     const EntryTable& m_table;
     QVector<AttachReport::Entry>& m_entries;
     HookLedger<Node>& m_ledger;
-    const QString m_attach;
-    const Node m_root;
-    const Node m_target;
+    std::vector<Miss> m_misses;
+    QString m_attach;
+    Node m_root{};
+    Node m_target{};
 };
 
 }  // namespace Velkor::KT::Tracking::Gui

@@ -65,16 +65,18 @@ void CheckSignals(const EntryTable::Triggers& triggers, AttachReport::Entry& ent
         if (!signal.malformed.isEmpty())
         {
             AddProblem(entry, Kind::MalformedSignal,
-                       what + QLatin1Char(' ') + signal.malformed + ": it is never connected");
+                       what + QLatin1Char(' ') + signal.malformed + ": it is never connected",
+                       signal.line);
         }
         else if (!signal.mismatch.isEmpty())
         {
-            AddProblem(entry, Kind::TriggerMismatch, what + QLatin1Char(' ') + signal.mismatch);
+            AddProblem(entry, Kind::TriggerMismatch, what + QLatin1Char(' ') + signal.mismatch,
+                       signal.line);
         }
         if (!hooked)
         {
             AddProblem(entry, Kind::TriggerMismatch,
-                       what + " is never hooked: only object entries hook signals");
+                       what + " is never hooked: only object entries hook signals", signal.line);
         }
     }
 }
@@ -142,16 +144,17 @@ void CheckRepeats(const EntryTable& table, QVector<AttachReport::Entry>& entries
 
 }  // namespace
 
-void AddProblem(AttachReport::Entry& entry, AttachReport::ProblemKind kind, const QString& text)
+void AddProblem(AttachReport::Entry& entry, AttachReport::ProblemKind kind, const QString& text,
+                int line)
 {
     for (const AttachReport::Problem& problem : entry.problems)
     {
-        if (problem.kind == kind && problem.text == text)
+        if (problem.kind == kind && problem.text == text && problem.line == line)
         {
             return;
         }
     }
-    entry.problems.append({kind, text});
+    entry.problems.append({kind, text, line});
 }
 
 QString RepeatedHooksEffect(const QStringList& triggers, int times)
@@ -224,7 +227,12 @@ void AddSectionProblems(const EntryTable& table, QVector<AttachReport::Entry>& e
 
 AttachReport CheckGuiSection(const Config::Gui& section, const std::vector<int>& entryLines)
 {
-    const Gui::EntryTable table(section, entryLines);
+    return CheckGuiSection(section, Config::GuiLines{entryLines, {}});
+}
+
+AttachReport CheckGuiSection(const Config::Gui& section, const Config::GuiLines& lines)
+{
+    const Gui::EntryTable table(section, lines);
     QVector<AttachReport::Entry> entries = table.Entries();
     Gui::AddSectionProblems(table, entries);
     AttachReport report;

@@ -10,8 +10,10 @@ namespace Velkor::KT::Tracking::Gui
 
 class EntryTable;
 
-// Adds `text` to the entry's problems unless it is there already.
-void AddProblem(AttachReport::Entry& entry, AttachReport::ProblemKind kind, const QString& text);
+// Adds `text` to the entry's problems unless it is there already; `line` is the line of the
+// element it is about, 0 for the entry's own.
+void AddProblem(AttachReport::Entry& entry, AttachReport::ProblemKind kind, const QString& text,
+                int line = 0);
 
 // What `times` hooks of the same triggers on one object send: "; clicked-event sends its event 2
 // times" for signal connections, "; show-event still sends once (...)" for Qt event triggers,

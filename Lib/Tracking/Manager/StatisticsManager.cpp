@@ -4,7 +4,6 @@
 #include "Tracking/Config/XercesSession_p.h"
 #include "Tracking/Fillers/FillerFactory_p.h"
 #include "Tracking/Gui/GuiHandler.h"
-#include "Tracking/Gui/ReportMerge_p.h"
 #include "Tracking/Instances/InstancesHandler.h"
 #include "Tracking/Manager/CommonEventsTracker_p.h"
 
@@ -12,14 +11,10 @@
 
 #include <glog/logging.h>
 
-#include <QAction>
-#include <QApplication>
 #include <QWidget>
 
 #include <algorithm>
 #include <ios>
-#include <optional>
-#include <set>
 #include <sstream>
 #include <utility>
 
@@ -66,9 +61,6 @@ public:
     GuiHandler gui;
     InstancesHandler instances;
     std::unique_ptr<CommonEventsTracker> common;
-    // The host's report sink, and the reports of AttachAllTopLevelWindows() while it runs.
-    AttachReportSink reportSink;
-    std::optional<Gui::ReportMerge> allWindows;
 };
 
 StatisticsManager::StatisticsManager(
@@ -91,12 +83,18 @@ StatisticsManager::~StatisticsManager() = default;
 
 void StatisticsManager::SetConfig(const std::string& xml)
 {
+    SetConfig(xml, std::string());
+}
+
+void StatisticsManager::SetConfig(const std::string& xml, const std::string& documentName)
+{
     try
     {
         std::stringstream stream(xml, std::ios::in | std::ios::out);
-        std::vector<int> guiLines;
+        Config::GuiLines guiLines;
         d->config = Config::ktmstat(stream, guiLines, ::xml_schema::flags::dont_validate);
-        d->gui.SetConfig(d->config->gui() ? *d->config->gui() : Config::Gui(), guiLines);
+        d->gui.SetConfig(d->config->gui() ? *d->config->gui() : Config::Gui(), guiLines,
+                         QString::fromStdString(documentName));
         d->instances.SetConfig(d->config->instances() ? *d->config->instances()
                                                       : Config::Instances());
     }
@@ -110,54 +108,13 @@ void StatisticsManager::SetConfig(const std::string& xml)
 
 void StatisticsManager::SetAttachReportSink(AttachReportSink sink)
 {
-    d->reportSink = std::move(sink);
-    if (!d->reportSink)
-    {
-        d->gui.SetAttachReportSink({});
-        return;
-    }
-    d->gui.SetAttachReportSink(
-        [d = d.get()](const AttachReport& report)
-        {
-            if (d->allWindows)
-            {
-                d->allWindows->Add(report);
-            }
-            else
-            {
-                d->reportSink(report);
-            }
-        });
+    d->gui.SetAttachReportSink(std::move(sink));
 }
 
 void StatisticsManager::AttachAllTopLevelWindows()
 {
-    if (d->reportSink)
-    {
-        d->allWindows.emplace();
-    }
-    std::set<QAction*> actions;
-    for (QWidget* widget : QApplication::topLevelWidgets())
-    {
-        AttachQObject(widget);
-        const auto widgetActions = widget->actions();
-        actions.insert(widgetActions.begin(), widgetActions.end());
-    }
-    const int windows = d->allWindows ? d->allWindows->Count() : 0;
-    for (QAction* action : actions)
-    {
-        d->gui.Attach(action);
-    }
-    if (!d->allWindows)
-    {
-        return;
-    }
-    const Gui::ReportMerge merged = std::move(*d->allWindows);
-    d->allWindows.reset();
-    if (merged.Count() > 0)
-    {
-        d->reportSink(merged.Result(Gui::AllWindowsName(windows, merged.Count() - windows)));
-    }
+    // Each window through the virtual AttachQObject(), so that a subclass sees every one.
+    d->gui.AttachAllTopLevelWindows([this](QWidget* window) { AttachQObject(window); });
 }
 
 void StatisticsManager::AttachQObject(QObject* root, QObject* target)

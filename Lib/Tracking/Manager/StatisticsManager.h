@@ -61,12 +61,17 @@ public:
     // for those it lacks) to the two handlers. A document that cannot be read is logged as
     // "Can't read configuration: " with the reader's description, and what was in force stays.
     void SetConfig(const std::string& xml);
+    // The same, naming the document in the attach reports' log lines ("Config.xml",
+    // ":/KT/Tracking/Config.xml"); without a name they say "main document".
+    void SetConfig(const std::string& xml, const std::string& documentName);
 
     // Receives a report after each attach (see GuiHandler::SetAttachReportSink());
     // AttachAllTopLevelWindows() gives one report for all its windows and actions together. An
     // empty sink (the default) switches the reports off.
     void SetAttachReportSink(AttachReportSink sink);
 
+    // Attaches every top-level window, then every action they list (GuiHandler's
+    // AttachAllTopLevelWindows()).
     void AttachAllTopLevelWindows() override;
     void AttachQObject(QObject* root, QObject* target) override;
     void AttachQObject(QObject* root) override;
