@@ -54,7 +54,7 @@ struct ShippedMain
         document = KT::Tracking::Config::ktmstat(text, lines, ::xml_schema::flags::dont_validate);
     }
 
-    std::vector<int> lines;
+    KT::Tracking::Config::GuiLines lines;
     std::unique_ptr<KT::Tracking::Config::KtmStat> document;
 };
 

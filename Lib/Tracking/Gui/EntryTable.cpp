@@ -3,11 +3,51 @@
 #include "Tracking/Config/KtmStat.h"
 #include "Tracking/Gui/ElementKinds_p.h"
 
+#include <QHash>
+
 namespace Velkor::KT::Tracking::Gui
 {
 
+namespace
+{
+
+std::size_t CountEntries(const Config::Widget& widget)
+{
+    std::size_t count = 1 + widget.button().size() + widget.label().size() +
+                        widget.combobox().size() + widget.object().size() +
+                        widget.abstractPresetButton().size() + widget.buttonWithPopUpList().size();
+    for (const Config::Widget& nested : widget.widget())
+    {
+        count += CountEntries(nested);
+    }
+    return count;
+}
+
+// The name of an own trigger as a shared string: the names are few, the triggers many.
+QString TriggerName(const char* name)
+{
+    thread_local QHash<const char*, QString> names;
+    auto found = names.find(name);
+    if (found == names.end())
+    {
+        found = names.insert(name, QLatin1String(name));
+    }
+    return *found;
+}
+
+}  // namespace
+
 EntryTable::EntryTable(const Config::Gui& section, const Config::GuiLines& lines)
 {
+    std::size_t count = section.action().size() + section.object().size();
+    for (const Config::Widget& widget : section.widget())
+    {
+        count += CountEntries(widget);
+    }
+    m_elements.reserve(count);
+    m_triggers.reserve(count);
+    m_index.reserve(count);
+    m_entries.reserve(int(count));
     for (const Config::Widget& widget : section.widget())
     {
         AddWidget(widget, -1);
@@ -78,7 +118,7 @@ int EntryTable::Add(const Entry& element, int parent)
                       [&](const char* name, const Config::Event& trigger)
                       {
                           const QString event = QString::fromStdString(trigger.event());
-                          triggers.own.append({QLatin1String(name), event, QString()});
+                          triggers.own.append({TriggerName(name), event, QString()});
                           entry.events.append(event);
                       });
     m_triggers.push_back(std::move(triggers));

@@ -48,21 +48,30 @@ public:
     // Reports are made for a sink, or for the verbose log.
     bool Reporting() const { return sink || VLOG_IS_ON(1); }
 
-    // The entries of the section as the next report starts them: with the problems the section
-    // shows by itself in the first report after SetConfig(), without them afterwards.
-    QVector<AttachReport::Entry> Entries()
+    // The table of the section's entries, made once per section: when the section is set or a
+    // sink is installed, if reports are wanted then, so that attaches do not pay for it, else
+    // for the first report.
+    void PrepareTable()
     {
         if (!table)
         {
             table.emplace(config, lines);
+            sectionEntries = table->Entries();
+            Gui::AddSectionProblems(*table, sectionEntries);
         }
-        QVector<AttachReport::Entry> entries = table->Entries();
+    }
+
+    // The entries of the section as the next report starts them: with the problems the section
+    // shows by itself in the first report after SetConfig(), without them afterwards.
+    QVector<AttachReport::Entry> Entries()
+    {
+        PrepareTable();
         if (!sectionProblemsSaid)
         {
-            Gui::AddSectionProblems(*table, entries);
             sectionProblemsSaid = true;
+            return sectionEntries;
         }
-        return entries;
+        return table->Entries();
     }
 
     // One report over the walks `walk` makes with the recorder, through the trees of `roots`.
@@ -151,6 +160,7 @@ public:
     GuiElementAutoAttacher autoAttacher;
     AttachReportSink sink;
     std::optional<Gui::EntryTable> table;
+    QVector<AttachReport::Entry> sectionEntries;  // the table's, with the section's problems
     bool sectionProblemsSaid = false;
     Gui::HookLedger<QObject*> ledger;
 };
@@ -181,11 +191,19 @@ void GuiHandler::SetConfig(const Config::Gui& config, const Config::GuiLines& li
     d->config = config;
     d->lines = lines;
     d->documentName = documentName;
+    if (d->Reporting())
+    {
+        d->PrepareTable();
+    }
 }
 
 void GuiHandler::SetAttachReportSink(AttachReportSink sink)
 {
     d->sink = std::move(sink);
+    if (d->sink)
+    {
+        d->PrepareTable();
+    }
 }
 
 void GuiHandler::Attach(QObject* root, QObject* target)

@@ -72,10 +72,13 @@ public:
         }
         AttachReport::Entry& entry = m_entries[index];
         Miss& miss = m_misses[std::size_t(index)];
-        miss.searched = true;
-        entry.searched = true;
-        miss.wanted = Tree::ClassOf(ElementOf<Entry>::QtClass::staticMetaObject);
-        miss.qtClass = QLatin1String(ElementOf<Entry>::QtClass::staticMetaObject.className());
+        if (!miss.searched)
+        {
+            miss.searched = true;
+            entry.searched = true;
+            miss.wanted = Tree::ClassOf(ElementOf<Entry>::QtClass::staticMetaObject);
+            miss.qtClass = ElementOf<Entry>::QtClass::staticMetaObject.className();
+        }
         if (miss.starts.size() < 2 &&
             std::find(miss.starts.begin(), miss.starts.end(), start) == miss.starts.end())
         {
@@ -144,11 +147,12 @@ public:
             }
             for (const Node other : miss.wrongClass)
             {
-                AddProblem(entry, AttachReport::ProblemKind::WrongClass,
-                           QStringLiteral("'%1' is a %2, which a %3 entry does not take (it "
-                                          "takes %4)")
-                               .arg(Tree::Path(other), Tree::ClassName(other),
-                                    AttachReport::ElementName(entry.kind), miss.qtClass));
+                AddProblem(
+                    entry, AttachReport::ProblemKind::WrongClass,
+                    QStringLiteral("'%1' is a %2, which a %3 entry does not take (it "
+                                   "takes %4)")
+                        .arg(Tree::Path(other), Tree::ClassName(other),
+                             AttachReport::ElementName(entry.kind), QLatin1String(miss.qtClass)));
             }
             if (entry.idIsRegExp)
             {
@@ -168,7 +172,7 @@ private:
     {
         bool searched = false;
         Class wanted{};
-        QString qtClass;
+        const char* qtClass = nullptr;
         std::vector<Node> starts;  // the first two objects the entry was searched from
         std::vector<Node> wrongClass;
     };

@@ -25,14 +25,15 @@ QString Quoted(const std::string& text)
 
 void CheckId(const Config::Object& element, AttachReport::Entry& entry)
 {
-    const QStringList parts = entry.id.split(QLatin1Char(':'));
-    if (parts.join(QString()).isEmpty())
+    const QString& id = entry.id;
+    const QChar colon(QLatin1Char(':'));
+    if (id.count(colon) == id.size())
     {
         AddProblem(entry, Kind::EmptyIdSegment,
                    QStringLiteral("id %1 names no object: the entry matches nothing")
                        .arg(Quoted(element.id())));
     }
-    else if (parts.contains(QString()))
+    else if (id.startsWith(colon) || id.endsWith(colon) || id.contains(QStringLiteral("::")))
     {
         AddProblem(entry, Kind::EmptyIdSegment,
                    QStringLiteral("id %1 has an empty segment, which the search skips")
@@ -42,7 +43,7 @@ void CheckId(const Config::Object& element, AttachReport::Entry& entry)
     {
         return;
     }
-    for (const QString& part : parts)
+    for (const QString& part : id.split(colon))
     {
         const QRegExp expression(part);
         if (!part.isEmpty() && !expression.isValid())
@@ -116,7 +117,7 @@ void CheckRepeats(const EntryTable& table, QVector<AttachReport::Entry>& entries
     for (int earlier = index - 1; earlier >= 0; --earlier)
     {
         const AttachReport::Entry& other = entries[earlier];
-        if (other.parent == entry.parent && other.kind == entry.kind &&
+        if (other.parent == entry.parent && other.kind == entry.kind && other.id == entry.id &&
             SameEntry(entry.kind, table.Element(earlier), table.Element(index)))
         {
             // What the entry hooks on each object, signals only where an object entry connects
