@@ -293,7 +293,7 @@ void GuiHandler::AttachAllTopLevelWindows(const std::function<void(QWidget*)>& a
     QVector<AttachReport::Entry> entries = d->Entries();
     d->ledger.Prune();
     Private::Recorder recorder(*d->table, entries, d->ledger);
-    d->group.emplace();
+    d->group = Private::Group{};
     d->group->recorder = &recorder;
     attachAll();
     const Private::Group group = *d->group;
