@@ -8,22 +8,29 @@
 #   ./build.sh test --exclude-label packaging            every test but those with the label
 #   ./build.sh bench                    build, then run the benchmarks
 #   ./build.sh fuzz [--seconds N] [TARGET...]   clang build with libFuzzer (build-fuzz/), then
-#                                       fuzz each target (default: all) N seconds (default 60);
-#                                       fails on any finding (README: Fuzzing)
+#                                       fuzz each target (default: all) N seconds (default 60),
+#                                       JOBS targets at a time; fails on any finding (README: Fuzzing)
+#   --qt 6                              any of these against Qt 6 instead of Qt 5 (build-qt6/,
+#                                       build-qt6-asan/, ...), installing Qt 6's packages
+#   --label L                           builds only what the tests of label L need, then runs them
 #
-# Environment: BUILD_DIR overrides the build directory, JOBS the build parallelism.
+# Environment: BUILD_DIR overrides the build directory, JOBS the build parallelism;
+# KT_PAIRED_BUILD_DIR names a built tree of the other Qt major, which the packaging tests then
+# install into the same prefix as this build (.ci/run's qt6 stage pairs it with build/).
 set -euo pipefail
 
 cd "$(dirname "$0")"
 
-PACKAGES=(cmake make g++ pkg-config qtbase5-dev libxerces-c-dev xsdcxx libboost-dev
+PACKAGES=(cmake make g++ pkg-config libxerces-c-dev xsdcxx libboost-dev
           libgoogle-glog-dev googletest libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth)
-# Qt's private headers: tests inspect an object's installed event filters.
-PACKAGES+=(qtbase5-private-dev)
+# Qt by the major chosen (--qt); its private headers: tests inspect an object's installed event
+# filters. Qt 6 keeps QRegExp, which id expressions are written in, in its compatibility module.
+QT_PACKAGES_5=(qtbase5-dev qtbase5-private-dev)
+QT_PACKAGES_6=(qt6-base-dev qt6-base-private-dev qt6-5compat-dev)
 # Locale sources: a test compiles a decimal-comma locale from them with localedef.
 PACKAGES+=(locales)
 
-usage() { sed -n '2,14p' "$0" | sed 's/^# \{0,1\}//'; exit 2; }
+usage() { sed -n '2,/^[^#]/p' "$0" | sed -n 's/^# \{0,1\}//p'; exit 2; }
 
 install_missing() {
     local missing=()
@@ -41,9 +48,10 @@ install_missing() {
 }
 
 command="${1:-}"; [ -n "$command" ] || usage; shift
-sanitize=""; label=""; exclude_label=""; seconds=60; fuzz_targets=()
+sanitize=""; label=""; exclude_label=""; seconds=60; fuzz_targets=(); qt=5
 while [ $# -gt 0 ]; do
     case "$1" in
+        --qt) qt="$2"; shift 2 ;;
         --sanitize) sanitize="$2"; shift 2 ;;
         --label) label="$2"; shift 2 ;;
         --exclude-label) exclude_label="$2"; shift 2 ;;
@@ -53,6 +61,12 @@ while [ $# -gt 0 ]; do
     esac
 done
 
+case "$qt" in
+    5) PACKAGES+=("${QT_PACKAGES_5[@]}") ;;
+    6) PACKAGES+=("${QT_PACKAGES_6[@]}") ;;
+    *) usage ;;
+esac
+
 # The fuzzing build: clang's libFuzzer over the sanitizers, only the fuzz targets.
 if [ "$command" = fuzz ]; then
     PACKAGES+=(clang libclang-rt-14-dev)
@@ -60,11 +74,13 @@ if [ "$command" = fuzz ]; then
     [ ${#fuzz_targets[@]} -gt 0 ] || fuzz_targets=(filter aggregator main main_over events check)
 fi
 
+default_dir=build
+[ "$qt" = 5 ] || default_dir+="-qt$qt"
 case "$command:$sanitize" in
-    fuzz:*) default_dir=build-fuzz ;;
-    *:) default_dir=build ;;
-    *:thread) default_dir=build-tsan ;;
-    *) default_dir=build-asan ;;
+    fuzz:*) default_dir+=-fuzz ;;
+    *:) ;;
+    *:thread) default_dir+=-tsan ;;
+    *) default_dir+=-asan ;;
 esac
 build_dir="${BUILD_DIR:-$default_dir}"
 jobs="${JOBS:-$(nproc)}"
@@ -77,7 +93,9 @@ export LSAN_OPTIONS="${LSAN_OPTIONS:-suppressions=$PWD/.ci/lsan.supp:print_suppr
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
 export TSAN_OPTIONS="${TSAN_OPTIONS:-suppressions=$PWD/.ci/tsan.supp:halt_on_error=1:second_deadlock_stack=1}"
 
-configure_args=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DKT_TRACKING_SANITIZE="$sanitize")
+configure_args=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DKT_QT_MAJOR_VERSION="$qt"
+                -DKT_TRACKING_SANITIZE="$sanitize"
+                -DKT_TRACKING_PAIRED_BUILD_DIR="${KT_PAIRED_BUILD_DIR:-}")
 # Sanitizer builds exist to run tests: no benchmarks or examples there.
 [ -n "$sanitize" ] && configure_args+=(-DKT_TRACKING_BUILD_BENCH=OFF -DKT_TRACKING_BUILD_EXAMPLES=OFF)
 build_targets=()
@@ -87,6 +105,10 @@ if [ "$command" = fuzz ]; then
     build_targets=(--target "${fuzz_targets[@]/#/fuzz_}")
 fi
 cmake -S . -B "$build_dir" "${configure_args[@]}" >/dev/null
+# A label's tests need only their own programs (the build writes which labels have a target).
+if [ -n "$label" ] && grep -qx "$label" "$build_dir/TestLabels.txt" 2>/dev/null; then
+    build_targets=(--target "tests-$label")
+fi
 cmake --build "$build_dir" -j "$jobs" "${build_targets[@]}"
 
 # ThreadSanitizer needs a memory layout that high address-space randomisation breaks.
@@ -111,19 +133,21 @@ case "$command" in
         ;;
     fuzz)
         # Each target grows a working corpus of its own from the committed one; what it finds
-        # goes to its findings directory.
-        failed=()
-        for target in "${fuzz_targets[@]}"; do
-            work="$build_dir/fuzz-work/$target"
+        # goes to its findings directory. JOBS targets run at a time, each for its own seconds.
+        fuzz_one() {
+            local target="$1" work="$build_dir/fuzz-work/$1" dict=Tests/Fuzz/documents.dict
             mkdir -p "$work/corpus" "$work/findings"
-            dict=Tests/Fuzz/documents.dict
             [ "$target" = events ] && dict=Tests/Fuzz/events.dict
-            inputs=("$work/corpus" "Tests/Fuzz/corpus/$target")
+            local inputs=("$work/corpus" "Tests/Fuzz/corpus/$target")
             [ -d "Tests/Fuzz/reproducers/$target" ] && inputs+=("Tests/Fuzz/reproducers/$target")
+            "$build_dir/Tests/Fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=30 \
+                -dict="$dict" -artifact_prefix="$work/findings/" -print_final_stats=1 \
+                "${inputs[@]}" >"$work/fuzz.log" 2>&1
+        }
+        report() {
+            local target="$1" status="$2" work="$build_dir/fuzz-work/$1"
             echo "fuzz_$target: $seconds seconds, log in $work/fuzz.log"
-            if "$build_dir/Tests/Fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=30 \
-                   -dict="$dict" -artifact_prefix="$work/findings/" -print_final_stats=1 \
-                   "${inputs[@]}" >"$work/fuzz.log" 2>&1; then
+            if [ "$status" -eq 0 ]; then
                 grep -E '^#[0-9]+[[:space:]]+DONE|stat::number_of_executed_units|stat::average_exec_per_sec' \
                     "$work/fuzz.log" || true
             else
@@ -132,6 +156,20 @@ case "$command" in
                 echo "copy it to Tests/Fuzz/reproducers/$target/ and fix what it shows"
                 failed+=("$target")
             fi
+        }
+        failed=(); running=()
+        for target in "${fuzz_targets[@]}"; do
+            fuzz_one "$target" &
+            running+=("$!:$target")
+            if [ ${#running[@]} -ge "$jobs" ]; then
+                status=0; wait "${running[0]%%:*}" || status=$?
+                report "${running[0]#*:}" "$status"
+                running=("${running[@]:1}")
+            fi
+        done
+        for entry in "${running[@]}"; do
+            status=0; wait "${entry%%:*}" || status=$?
+            report "${entry#*:}" "$status"
         done
         [ ${#failed[@]} -eq 0 ] || { echo "findings: ${failed[*]}"; exit 1; }
         ;;

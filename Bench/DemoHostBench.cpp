@@ -95,8 +95,8 @@ double SecondsPerMouseMove(QPushButton* button)
     const double start = ThreadSeconds();
     for (int i = 0; i < kRounds; ++i)
     {
-        QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::NoButton,
-                         Qt::NoModifier);
+        QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), QPointF(1, 1), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(button, &move);
     }
     return (ThreadSeconds() - start) / kRounds;

@@ -1,8 +1,8 @@
 // The monitors filler on the screens of the platform it runs on. By default that is the
-// offscreen platform's one 800x600 screen at 100 dpi; CMake also runs the screen tests on other
-// screen sets (two X screens, scaled interface) and names the expected screens in
-// KT_EXPECTED_SCREENS: "<native rect>@<physical dpi>@<logical dpi>@<scaled rect>" per screen,
-// separated by '|'.
+// offscreen platform's one screen: Qt 5's of 800x600 at 100 dpi, Qt 6's of 800x800 at 100 dpi
+// physical and 96 logical. CMake also runs the screen tests on other screen sets (two X screens,
+// a scaled interface) and names the expected screens in KT_EXPECTED_SCREENS:
+// "<native rect>@<physical dpi>@<logical dpi>@<scaled rect>" per screen, separated by '|'.
 
 #include "Tracking/Fillers/MonitorsConfigFiller_p.h"
 
@@ -58,11 +58,17 @@ std::string RectText(const QRect& rect)
 
 using MonitorsScreensTest = KtTest::Table<LocaleRow>;
 
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+const char* const kOffscreenScreen = "0,0,800,800@100.000000@96.000000@0,0,800,800";
+#else
+const char* const kOffscreenScreen = "0,0,800,600@100.000000@100.000000@0,0,800,600";
+#endif
+
 TEST_P(MonitorsScreensTest, DescribesEveryScreenInListOrder)
 {
     const QString expected = qEnvironmentVariableIsSet("KT_EXPECTED_SCREENS")
                                  ? qEnvironmentVariable("KT_EXPECTED_SCREENS")
-                                 : QStringLiteral("0,0,800,600@100.000000@100.000000@0,0,800,600");
+                                 : QString::fromLatin1(kOffscreenScreen);
     const QStringList screens = expected.split(QLatin1Char('|'));
 
     Params wanted{{"MONITORS_COUNT", std::to_string(screens.size())}, {"PRIMARY_MONITOR", "1"}};

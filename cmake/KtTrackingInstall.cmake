@@ -3,12 +3,21 @@
 # an installed copy with find_package(KtTracking). The rules are only written when
 # KT_TRACKING_INSTALL is on.
 #
+# The Qt 5 and the Qt 6 build install side by side into one prefix: every installed name
+# carries KT_TRACKING_NAME_SUFFIX, "" under Qt 5 and "6" under Qt 6 (KtTrackingQt.cmake), the way
+# Qt's own modules and KDE's frameworks carry theirs. <S> below stands for it.
+#
 # Layout below the prefix (GNUInstallDirs):
-#   <libdir>/libKtTracking.so*, <libdir>/libKtHost.so*, <libdir>/libKtHostReference.so*
-#   <includedir>/KtTracking/    the include root: "Tracking/Tracking.h", "App/...", "HostExport.h"
-#   <datadir>/KtTracking/       KtmStat.xsd, Filter.xsd, Aggregator.xsd
-#   <libdir>/cmake/KtTracking/  KtTrackingConfig.cmake, ...ConfigVersion.cmake, ...Targets.cmake,
+#   <libdir>/libKtTracking<S>.so*, <libdir>/libKtHost<S>.so*, <libdir>/libKtHostReference<S>.so*
+#                               (every library installed with kt_tracking_install_library)
+#   <bindir>/kttrack<S>
+#   <includedir>/KtTracking<S>/ the include root: "Tracking/Tracking.h", "App/...", "HostExport.h"
+#   <datadir>/KtTracking<S>/    KtmStat.xsd, Filter.xsd, Aggregator.xsd
+#   <libdir>/cmake/KtTracking<S>/  the package KtTracking<S>: KtTracking<S>Config.cmake,
+#                               ...ConfigVersion.cmake, KtTrackingTargets.cmake,
 #                               KtHostReferenceTargets.cmake
+# The imported targets keep their names under both majors (Kt::Tracking, Kt::Host, ...), so a
+# host that builds with either Qt differs in the name of the package it finds, nothing else.
 #
 # Components: "Runtime" (the shared libraries), "Development" (headers, namelinks, schemas,
 # package) and "HostReference" (Kt::HostReference, its headers and its own targets file, which
@@ -19,11 +28,12 @@ include_guard(GLOBAL)
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+set(KT_TRACKING_PACKAGE_NAME "KtTracking${KT_TRACKING_NAME_SUFFIX}")
 # The headers get a folder of their own: "App/", "KT/", "UI/" ... must not land directly in the
 # system's include directory.
-set(KT_TRACKING_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/KtTracking")
-set(KT_TRACKING_INSTALL_SCHEMADIR "${CMAKE_INSTALL_DATADIR}/KtTracking")
-set(KT_TRACKING_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/KtTracking")
+set(KT_TRACKING_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/${KT_TRACKING_PACKAGE_NAME}")
+set(KT_TRACKING_INSTALL_SCHEMADIR "${CMAKE_INSTALL_DATADIR}/${KT_TRACKING_PACKAGE_NAME}")
+set(KT_TRACKING_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/${KT_TRACKING_PACKAGE_NAME}")
 
 # Before 1.0 every minor release may break the binary interface, so it is part of the SONAME.
 if(PROJECT_VERSION_MAJOR EQUAL 0)
@@ -43,12 +53,14 @@ if(KT_TRACKING_INSTALL AND NOT DEFINED CMAKE_INSTALL_RPATH)
 endif()
 
 # kt_tracking_install_library(<target> EXPORT_NAME <name> [COMPONENT <component>])
-# Versions <target>, names it Kt::<name> in the package and adds it to the package's targets.
-# With COMPONENT, the library and its targets file Kt<component>Targets.cmake form an optional
-# component of the package of that name (one target per component, <component> = <name>).
+# Versions <target>, names its file lib<target><S>.so, names it Kt::<name> in the package and
+# adds it to the package's targets. With COMPONENT, the library and its targets file
+# Kt<component>Targets.cmake form an optional component of the package of that name (one target
+# per component, <component> = <name>).
 function(kt_tracking_install_library target)
     cmake_parse_arguments(ARG "" "EXPORT_NAME;COMPONENT" "" ${ARGN})
     set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME ${target}${KT_TRACKING_NAME_SUFFIX}
         VERSION ${PROJECT_VERSION}
         SOVERSION ${KT_TRACKING_SOVERSION}
         EXPORT_NAME ${ARG_EXPORT_NAME})
@@ -106,12 +118,13 @@ function(kt_tracking_install_package)
     endif()
     get_property(KT_TRACKING_OPTIONAL_COMPONENTS GLOBAL PROPERTY KT_TRACKING_OPTIONAL_COMPONENTS)
     set(build "${PROJECT_BINARY_DIR}/package")
+    set(package ${KT_TRACKING_PACKAGE_NAME})
     configure_package_config_file(
         "${PROJECT_SOURCE_DIR}/cmake/KtTrackingConfig.cmake.in"
-        "${build}/KtTrackingConfig.cmake"
+        "${build}/${package}Config.cmake"
         INSTALL_DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
         PATH_VARS KT_TRACKING_INSTALL_SCHEMADIR)
-    write_basic_package_version_file("${build}/KtTrackingConfigVersion.cmake"
+    write_basic_package_version_file("${build}/${package}ConfigVersion.cmake"
         VERSION ${PROJECT_VERSION}
         COMPATIBILITY ${KT_TRACKING_COMPATIBILITY})
     install(EXPORT KtTrackingTargets
@@ -119,7 +132,7 @@ function(kt_tracking_install_package)
         FILE KtTrackingTargets.cmake
         DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
         COMPONENT Development)
-    install(FILES "${build}/KtTrackingConfig.cmake" "${build}/KtTrackingConfigVersion.cmake"
+    install(FILES "${build}/${package}Config.cmake" "${build}/${package}ConfigVersion.cmake"
         DESTINATION "${KT_TRACKING_INSTALL_CMAKEDIR}"
         COMPONENT Development)
     foreach(component IN LISTS KT_TRACKING_OPTIONAL_COMPONENTS)

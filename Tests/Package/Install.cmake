@@ -3,7 +3,9 @@
 # with the host stands without the reference implementations. That a host can build and run
 # against the full prefix is checked by the host project next to this script.
 #
-#   cmake -D BUILD_DIR=<build tree> -D PREFIX=<prefix> -P Install.cmake
+#   cmake -D BUILD_DIR=<build tree> -D PREFIX=<prefix> [-D SUFFIX=6] -P Install.cmake
+#
+# SUFFIX is what the installed names of the build's Qt major carry: none for Qt 5, "6" for Qt 6.
 
 cmake_minimum_required(VERSION 3.16)
 
@@ -54,6 +56,7 @@ function(included_headers root header variable)
     set(${variable} ${found} PARENT_SCOPE)
 endfunction()
 
+set(package "KtTracking${SUFFIX}")
 install_into("${PREFIX}")
 
 file(GLOB_RECURSE installed LIST_DIRECTORIES false RELATIVE "${PREFIX}" "${PREFIX}/*")
@@ -62,6 +65,21 @@ list(JOIN installed "\n  " listing)
 message(STATUS "Installed:\n  ${listing}")
 
 set(failures "")
+
+# Every file lies below a folder, or has a name, that carries the Qt major, so that the other
+# major's build installs beside it: the Qt 5 names have no digit where the Qt 6 names have "6".
+set(layout
+    "^include/${package}/"
+    "^share/${package}/"
+    "^lib[^/]*/cmake/${package}/"
+    "^lib[^/]*/libKt[A-Za-z]+${SUFFIX}\\.so(\\.[0-9]+)*$"
+    "^bin/kttrack${SUFFIX}$")
+list(JOIN layout "|" layout)
+foreach(file IN LISTS installed)
+    if(NOT file MATCHES "${layout}")
+        string(APPEND failures "installed under a name without the Qt major: ${file}\n")
+    endif()
+endforeach()
 
 # What must stay in the build tree: test and benchmark programs, build tools, internals.
 set(forbidden
@@ -73,8 +91,8 @@ set(forbidden
     "\\.cxx$"
     "\\.cpp$"
     "_p\\.h$"
-    "^include/KtTracking/Tracking/Config/DocumentReader"
-    "^include/KtTracking/Analytics/(RotatingAppendFile|EventLineFormat|FileDescriptor)\\.h$")
+    "^include/${package}/Tracking/Config/DocumentReader"
+    "^include/${package}/Analytics/(RotatingAppendFile|EventLineFormat|FileDescriptor)\\.h$")
 foreach(pattern IN LISTS forbidden)
     set(matches ${installed})
     list(FILTER matches INCLUDE REGEX "${pattern}")
@@ -85,7 +103,7 @@ endforeach()
 
 # The library's installed headers are exactly those reached from its umbrella header: any other
 # one is internal. And every quoted include of an installed header is installed.
-set(include_root "${PREFIX}/include/KtTracking")
+set(include_root "${PREFIX}/include/${package}")
 set(reached "")
 set(queue "Tracking/Tracking.h")
 while(queue)
@@ -120,10 +138,13 @@ endforeach()
 # The installed libraries find each other wherever the prefix is moved.
 find_program(READELF readelf)
 if(READELF)
-    file(GLOB libraries "${PREFIX}/lib*/libKtTracking.so.*.*.*")
+    file(GLOB libraries "${PREFIX}/lib*/libKtTracking${SUFFIX}.so.*.*.*")
+    if(NOT libraries)
+        string(APPEND failures "no libKtTracking${SUFFIX}.so.X.Y.Z installed\n")
+    endif()
     foreach(library IN LISTS libraries)
         execute_process(COMMAND "${READELF}" -d "${library}" OUTPUT_VARIABLE dynamic)
-        if(NOT dynamic MATCHES "\\(SONAME\\)[^\n]*libKtTracking\\.so\\.[0-9]")
+        if(NOT dynamic MATCHES "\\(SONAME\\)[^\n]*libKtTracking${SUFFIX}\\.so\\.[0-9]")
             string(APPEND failures "${library}: no versioned SONAME\n")
         endif()
         if(NOT dynamic MATCHES "\\((RUNPATH|RPATH)\\)[^\n]*\\$ORIGIN")
@@ -145,7 +166,7 @@ list(FILTER reference_files INCLUDE REGEX "HostReference|Reference/")
 if(reference_files)
     string(APPEND failures "the contract's components hold ${reference_files}\n")
 endif()
-set(contract_root "${contract}/include/KtTracking")
+set(contract_root "${contract}/include/${package}")
 file(GLOB_RECURSE contract_headers RELATIVE "${contract_root}" "${contract_root}/*")
 foreach(header IN LISTS contract_headers)
     included_headers("${contract_root}" "${header}" included)
@@ -155,9 +176,10 @@ foreach(header IN LISTS contract_headers)
         endif()
     endforeach()
 endforeach()
-foreach(expected IN ITEMS "^include/KtTracking/App/LookAndFeelManager\\.h$"
-                          "/cmake/KtTracking/KtHostReferenceTargets\\.cmake$"
-                          "/libKtHostReference\\.so")
+foreach(expected IN ITEMS "^include/${package}/App/LookAndFeelManager\\.h$"
+                          "/cmake/${package}/${package}Config\\.cmake$"
+                          "/cmake/${package}/KtHostReferenceTargets\\.cmake$"
+                          "/libKtHostReference${SUFFIX}\\.so")
     set(matches ${installed})
     list(FILTER matches INCLUDE REGEX "${expected}")
     if(NOT matches)

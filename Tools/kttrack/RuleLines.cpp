@@ -4,6 +4,8 @@
 
 #include <QXmlStreamReader>
 
+#include <utility>
+
 namespace Velkor::KT::KtTrack
 {
 
@@ -13,9 +15,12 @@ namespace A = Tracking::Config::Aggregator;
 namespace
 {
 
+// What QXmlStreamReader::name() returns: QStringRef under Qt 5, QStringView under Qt 6.
+using ElementName = decltype(std::declval<const QXmlStreamReader&>().name());
+
 // The kind whose element `name` is (by `kindName`), or -1.
 template <typename Kind>
-int KindOf(const char* (*kindName)(Kind), std::size_t kinds, const QStringRef& name)
+int KindOf(const char* (*kindName)(Kind), std::size_t kinds, const ElementName& name)
 {
     for (std::size_t i = 0; i < kinds; ++i)
     {
@@ -60,7 +65,7 @@ void Children(QXmlStreamReader& xml, Read read)
 void ReadActions(QXmlStreamReader& xml, FilterLines::Matcher& matcher)
 {
     Children(xml,
-             [&](const QStringRef& name, int line)
+             [&](const ElementName& name, int line)
              {
                  const int kind = KindOf(&ActionKindName, kActionKinds, name);
                  if (kind < 0 || (kind == 0 && !matcher.actions[0].empty()))
@@ -91,7 +96,7 @@ bool SameCounts(const FilterLines::Matcher& lines, const F::Updater& model)
 void ReadRules(QXmlStreamReader& xml, FilterLines::Block& block)
 {
     Children(xml,
-             [&](const QStringRef& name, int line)
+             [&](const ElementName& name, int line)
              {
                  if (name != QLatin1String("param"))
                  {
@@ -100,7 +105,7 @@ void ReadRules(QXmlStreamReader& xml, FilterLines::Block& block)
                  FilterLines::Rule& rule = block.rules.emplace_back();
                  rule.line = line;
                  Children(xml,
-                          [&](const QStringRef& name, int line)
+                          [&](const ElementName& name, int line)
                           {
                               const int kind = KindOf(&MatcherKindName, kMatcherKinds, name);
                               if (kind < 0)
@@ -249,7 +254,7 @@ bool ReadBlocks(const std::string& text, ReadBlock read)
         return false;
     }
     Children(xml,
-             [&](const QStringRef& name, int line)
+             [&](const ElementName& name, int line)
              {
                  if (name != QLatin1String("event"))
                  {
@@ -283,7 +288,7 @@ AggregatorLines MapAggregatorLines(const std::string& text, const A::Aggregator&
         AggregatorLines::Block& block = lines.blocks.emplace_back();
         block.line = line;
         Children(xml,
-                 [&](const QStringRef& name, int line)
+                 [&](const ElementName& name, int line)
                  {
                      if (name != QLatin1String("affectingEventName"))
                      {

@@ -27,6 +27,40 @@ QRect NativeGeometry(QScreen* screen)
     return QRect(logical.topLeft(), logical.size() * ratio);
 }
 
+// The screen's physical and logical dots per inch. Qt 5 gives the platform's own, unless the
+// host turns the toolkit's scaling on. Qt 6 always scales, and QScreen then gives them in its
+// device-independent pixels: a logical 96 on a screen of 120, a physical dpi divided by the
+// scale. So under Qt 6 they are read from the platform screen, in device pixels as the
+// rectangle is, and a machine reports the same facts to a Qt 5 and a Qt 6 host.
+double PhysicalDpi(QScreen* screen)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    if (const QPlatformScreen* platformScreen = screen->handle())
+    {
+        const QSizeF millimetres = platformScreen->physicalSize();
+        const QSize pixels = platformScreen->geometry().size();
+        if (millimetres.width() > 0 && millimetres.height() > 0)
+        {
+            return (pixels.width() / millimetres.width() + pixels.height() / millimetres.height()) *
+                   25.4 * 0.5;
+        }
+    }
+#endif
+    return screen->physicalDotsPerInch();
+}
+
+double LogicalDpi(QScreen* screen)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    if (const QPlatformScreen* platformScreen = screen->handle())
+    {
+        const QDpi dpi = platformScreen->logicalDpi();
+        return (dpi.first + dpi.second) * 0.5;
+    }
+#endif
+    return screen->logicalDotsPerInch();
+}
+
 std::string FormatRect(const QRect& rect)
 {
     return std::to_string(rect.x()) + ',' + std::to_string(rect.y()) + ',' +
@@ -55,8 +89,8 @@ void MonitorsConfigFiller::Fill(std::map<std::string, std::string>& params)
     {
         const std::string prefix = "MONITOR" + std::to_string(++number);
         params[prefix + "_RECT"] = FormatRect(NativeGeometry(screen));
-        params[prefix + "_PHYSICAL_DPI"] = FormatDpi(screen->physicalDotsPerInch());
-        params[prefix + "_LOGICAL_DPI"] = FormatDpi(screen->logicalDotsPerInch());
+        params[prefix + "_PHYSICAL_DPI"] = FormatDpi(PhysicalDpi(screen));
+        params[prefix + "_LOGICAL_DPI"] = FormatDpi(LogicalDpi(screen));
     }
 }
 

@@ -1,5 +1,7 @@
 #include "Tracking/Gui/HighlightMarks_p.h"
 
+#include "Tracking/Gui/QtCompat_p.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
@@ -120,7 +122,7 @@ std::map<QWidget*, std::vector<Outline>> HighlightMarks::OutlinesByWindow(bool u
         }
         else if (auto* action = qobject_cast<QAction*>(object))
         {
-            for (QWidget* shown : action->associatedWidgets())
+            for (QWidget* shown : QtCompat::AssociatedWidgets(*action))
             {
                 AddOutline(byWindow, shown, ActionRect(shown, action), mark);
             }

@@ -1,5 +1,7 @@
 #include "Tracking/Gui/SignalText_p.h"
 
+#include "Tracking/Gui/QtCompat_p.h"
+
 #include <QMetaObject>
 #include <QMetaType>
 
@@ -58,7 +60,7 @@ bool Balanced(const QByteArray& text)
 // "int" are the same), else by name.
 bool SameType(const QByteArray& parameter, int type, const char* name)
 {
-    const int id = QMetaType::type(parameter.constData());
+    const int id = QtCompat::MetaTypeId(parameter.constData());
     return id != QMetaType::UnknownType ? id == type : parameter == name;
 }
 

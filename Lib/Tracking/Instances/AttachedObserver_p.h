@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KT/InstanceRegistry.h"
+#include "Tracking/Events/Event.h"
 #include "Tracking/Instances/IObserver_p.h"
 #include "Tracking/Instances/ObserversHolder_p.h"
 #include "Tracking/Instances/ParseContext_p.h"
@@ -27,6 +28,17 @@ protected:
     Service* const m_service;
     IKtTracker* const m_tracker;
 };
+
+// Writes `value()` under the key of `attribute`, an optional attribute of the section, when the
+// section sets it.
+template <class Attribute, class Value>
+void Put(Event& event, const Attribute& attribute, Value value)
+{
+    if (attribute)
+    {
+        event.params[*attribute] = value();
+    }
+}
 
 // The common part of attaching every service and settings section: each live object registered as
 // `Host` that the holder does not observe yet gets an observer made by make(Host*), attached, then

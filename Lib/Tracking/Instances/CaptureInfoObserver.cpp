@@ -24,16 +24,6 @@ Event Prebuilt(const std::optional<Element>& element)
     return element ? PrebuiltEvent(*element) : Event{};
 }
 
-// Writes `value()` under the key of `attribute` when the attribute is set.
-template <class Attribute, class Value>
-void Put(Event& event, const Attribute& attribute, Value value)
-{
-    if (attribute)
-    {
-        event.params[*attribute] = value();
-    }
-}
-
 std::string ColorText(const QColor& color)
 {
     return color.name().toStdString();

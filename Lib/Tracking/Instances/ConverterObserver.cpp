@@ -9,15 +9,6 @@ namespace Velkor::KT::Tracking
 namespace
 {
 
-template <class Attribute, class Value>
-void Put(Event& event, const Attribute& attribute, Value value)
-{
-    if (attribute)
-    {
-        event.params[*attribute] = value();
-    }
-}
-
 std::string PresetText(const boost::property_tree::ptree& tree, const std::string& first,
                        const std::string& second)
 {
