@@ -1,0 +1,117 @@
+#pragma once
+
+#include "Analytics/RotatingAppendFile_p.h"
+#include "Analytics/SpoolCursor_p.h"
+#include "Analytics/SpoolPosition_p.h"
+
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Velkor::Analytics
+{
+
+// The uploader's queue on disk: event lines appended by any thread to numbered segment files
+// ("spool.<n>.jsonl", RotatingAppendFile), read and acknowledged in order by the one worker that
+// sends them, with the position up to which they are sent kept durably (SpoolCursor).
+//
+// - A segment is sealed when the next line would take it past `segmentBytes`; a batch never
+//   reaches past the end of its segment.
+// - The segments together never hold more than `capBytes`. When a line would take them past it,
+//   the oldest sealed segment that the worker is not sending from is deleted with its unsent
+//   lines, which count as dropped (logged once, until the spool is empty again); when nothing can
+//   be deleted the new line itself is dropped.
+// - Segments that are wholly sent are deleted once the cursor has been saved past them.
+//
+// Every operation may be called from any thread.
+class Spool
+{
+public:
+    struct Limits
+    {
+        std::uint64_t capBytes = 0;
+        std::uint64_t segmentBytes = 0;
+        // Append() asks for the worker once as many lines or bytes came since it last looked.
+        std::uint64_t wakeLines = 0;
+        std::uint64_t wakeBytes = 0;
+    };
+
+    struct Counts
+    {
+        std::uint64_t spooled = 0;
+        std::uint64_t dropped = 0;
+        std::uint64_t backlog = 0;  // lines not yet sent or passed over
+    };
+
+    struct Appended
+    {
+        bool stored = false;
+        bool wake = false;  // the worker should look at the spool
+    };
+
+    // What the worker sends next: the unsent lines of the segment at the cursor.
+    struct Unsent
+    {
+        std::string path;
+        SpoolPosition from;
+        std::uint64_t end = 0;  // the segment's bytes, all of them whole lines
+        bool sealed = false;
+        std::uint64_t backlog = 0;
+        std::uint64_t generation = 0;
+    };
+
+    explicit Spool(const Limits& limits);
+
+    // Takes the directory's lock, reads the cursor, deletes segments before it and counts the
+    // unsent lines of the others.
+    bool Open(const std::string& directory);
+
+    Appended Append(std::string_view line);
+
+    // The unsent part of the segment at the cursor, or nothing when everything is sent. The
+    // segment stays pinned (never dropped for the cap) until Commit() or Unpin().
+    std::optional<Unsent> NextUnsent();
+    // Everything before `end` has been handled, `lines` lines of the pinned segment: moves the
+    // cursor there, saves it durably and deletes the segment when it is sealed and done. Ignored
+    // when the spool was discarded after NextUnsent() answered `generation`. Answers whether the
+    // cursor could be saved.
+    bool Commit(const SpoolPosition& end, std::uint64_t lines, std::uint64_t generation);
+    void Unpin();
+
+    // Deletes every unsent line. While not accepting, Append() stores nothing.
+    void Discard();
+    void SetAccepting(bool accepting);
+
+    Counts GetCounts() const;
+
+private:
+    struct Segment
+    {
+        std::uint64_t number = 0;
+        std::uint64_t bytes = 0;
+        std::uint64_t unsentLines = 0;
+    };
+
+    bool DropOldestForCap();
+    void DeleteSegmentFront();
+
+    const Limits m_limits;
+    mutable std::mutex m_mutex;
+    RotatingAppendFile m_file;
+    std::optional<SpoolCursor> m_cursorFile;
+    std::deque<Segment> m_segments;  // ascending; the last is the one appended to
+    SpoolPosition m_cursor;
+    std::uint64_t m_totalBytes = 0;
+    std::optional<std::uint64_t> m_pinned;
+    std::uint64_t m_generation = 0;
+    Counts m_counts;
+    std::uint64_t m_linesSinceLook = 0;
+    std::uint64_t m_bytesSinceLook = 0;
+    bool m_accepting = true;
+    bool m_dropping = false;
+};
+
+}  // namespace Velkor::Analytics
