@@ -11,9 +11,9 @@ namespace KtStoreTest
 {
 
 // A ClickHouse server of the test's own: Debian's clickhouse-server with its data in a temporary
-// directory, on free ports of 127.0.0.1, no system service. It is killed when the test process
-// dies, stopped (SIGTERM) when it goes away. Users: "default" without a password, and
-// "uploader" with the password "secret".
+// directory, on free ports of 127.0.0.1, no system service. It is killed when it goes away and
+// when the test process dies. Users: "default" without a password, and "uploader" with the
+// password "secret".
 class ClickHouseServer
 {
 public:
@@ -34,8 +34,9 @@ public:
     ClickHouseServer(const ClickHouseServer&) = delete;
     ClickHouseServer& operator=(const ClickHouseServer&) = delete;
 
-    // Starts it, on the data of an earlier start if there was one, and waits until it answers.
-    bool Start();
+    // Starts it, on the data of an earlier start if there was one, and waits until it answers;
+    // throws std::runtime_error with the reason when it does not.
+    void Start();
     // SIGKILL, and waits for the process to end.
     void Kill();
     // SIGTERM, and waits for the process to end (SIGKILL after 30 s).
@@ -44,12 +45,11 @@ public:
     const Ports& GetPorts() const { return m_ports; }
     std::string Url() const { return "http://127.0.0.1:" + std::to_string(m_ports.http) + "/"; }
 
-    // Runs one statement in `database` (none: "default"); a reply other than 200 fails the test.
+    // Runs one statement in `database` (none: "default") and answers what it gives; throws
+    // std::runtime_error with the server's message for a reply other than 200.
     std::string Query(const std::string& sql, const std::string& database = {}) const;
-    // The same, for a reply that may fail.
-    HttpReply TryQuery(const std::string& sql, const std::string& database = {}) const;
-    // Creates `database` and runs the statements of `sqlFile` in it.
-    bool CreateDatabase(const std::string& database, const std::string& sqlFile) const;
+    // Creates `database` and runs the statements of `sqlFile` in it (throws as Query()).
+    void CreateDatabase(const std::string& database, const std::string& sqlFile) const;
     // The last lines of the server's error log, for a failure's message.
     std::string ErrorLogTail() const;
 
@@ -62,7 +62,8 @@ private:
 };
 
 // The statements of a .sql file: split where a line ends with ';', comment lines left out.
-// With `name`, only the statement after the line "-- query: <name>".
+// With `name`, only the statement after the line "-- query: <name>". Throws std::runtime_error
+// when the file cannot be read.
 std::vector<std::string> SqlStatements(const std::string& sqlFile, const std::string& name = {});
 
 }  // namespace KtStoreTest
