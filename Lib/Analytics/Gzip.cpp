@@ -29,6 +29,7 @@ bool Gzip(std::string_view input, int level, QByteArray& output)
         return false;
     }
     output.resize(written);
+    output.squeeze();  // deflateBound() is about the input's size: give the rest back
     return true;
 }
 

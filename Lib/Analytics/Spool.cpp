@@ -148,12 +148,14 @@ Spool::Appended Spool::Append(std::string_view line)
     m_totalBytes += need;
     ++m_counts.backlog;
     ++m_counts.spooled;
-    ++m_linesSinceLook;
-    m_bytesSinceLook += need;
     appended.stored = true;
-    appended.wake =
-        m_linesSinceLook == 1 || m_linesSinceLook == m_limits.wakeLines ||
-        (m_bytesSinceLook >= m_limits.wakeBytes && m_bytesSinceLook - need < m_limits.wakeBytes);
+    if ((m_wakeLines > 0 && m_counts.backlog >= m_wakeLines) ||
+        (m_wakeBytes > 0 && UnsentBytes() >= m_wakeBytes))
+    {
+        appended.wake = true;
+        m_wakeLines = 0;
+        m_wakeBytes = 0;
+    }
     return appended;
 }
 
@@ -186,11 +188,27 @@ bool Spool::DropOldestForCap()
     return false;
 }
 
+std::uint64_t Spool::UnsentBytes() const
+{
+    const bool inFront = !m_segments.empty() && m_cursor.segment == m_segments.front().number;
+    return m_totalBytes - (inFront ? std::min(m_cursor.offset, m_totalBytes) : 0);
+}
+
+bool Spool::WakeWhen(std::uint64_t lines, std::uint64_t bytes)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_counts.backlog >= lines || UnsentBytes() >= bytes)
+    {
+        return true;
+    }
+    m_wakeLines = lines;
+    m_wakeBytes = bytes;
+    return false;
+}
+
 std::optional<Spool::Unsent> Spool::NextUnsent()
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    m_linesSinceLook = 0;
-    m_bytesSinceLook = 0;
     for (std::size_t index = 0; index < m_segments.size(); ++index)
     {
         const Segment& segment = m_segments[index];
@@ -207,6 +225,8 @@ std::optional<Spool::Unsent> Spool::NextUnsent()
         {
             if (!sealed)
             {
+                m_wakeLines = 1;
+                m_wakeBytes = 1;
                 return std::nullopt;
             }
             m_cursor = {m_segments[index + 1].number, 0};
@@ -216,6 +236,36 @@ std::optional<Spool::Unsent> Spool::NextUnsent()
         Unsent unsent;
         unsent.path = m_file.FilePath(segment.number);
         unsent.from = m_cursor;
+        unsent.end = segment.bytes;
+        unsent.sealed = sealed;
+        unsent.backlog = m_counts.backlog;
+        unsent.generation = m_generation;
+        return unsent;
+    }
+    m_wakeLines = 1;
+    m_wakeBytes = 1;
+    return std::nullopt;
+}
+
+std::optional<Spool::Unsent> Spool::UnsentAfter(const SpoolPosition& position) const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    for (std::size_t index = 0; index < m_segments.size(); ++index)
+    {
+        const Segment& segment = m_segments[index];
+        const bool sealed = index + 1 < m_segments.size();
+        if (segment.number < position.segment ||
+            (segment.number == position.segment && position.offset >= segment.bytes))
+        {
+            if (segment.number == position.segment && !sealed)
+            {
+                return std::nullopt;
+            }
+            continue;
+        }
+        Unsent unsent;
+        unsent.path = m_file.FilePath(segment.number);
+        unsent.from = {segment.number, segment.number == position.segment ? position.offset : 0};
         unsent.end = segment.bytes;
         unsent.sealed = sealed;
         unsent.backlog = m_counts.backlog;
@@ -296,8 +346,8 @@ void Spool::Discard()
     m_totalBytes = m_segments.back().bytes;
     m_cursor = {m_segments.back().number, m_segments.back().bytes};
     m_counts.backlog = 0;
-    m_linesSinceLook = 0;
-    m_bytesSinceLook = 0;
+    m_wakeLines = 1;
+    m_wakeBytes = 1;
     m_dropping = false;
 }
 

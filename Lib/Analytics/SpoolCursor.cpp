@@ -1,9 +1,6 @@
 #include "Analytics/SpoolCursor_p.h"
 
-#include "Analytics/FileDescriptor_p.h"
-
-#include <cinttypes>
-#include <cstdio>
+#include <cstring>
 #include <utility>
 
 #include <fcntl.h>
@@ -12,51 +9,89 @@
 namespace Velkor::Analytics
 {
 
+namespace
+{
+
+struct Slot
+{
+    std::uint64_t sequence;
+    std::uint64_t segment;
+    std::uint64_t offset;
+    std::uint64_t check;
+};
+static_assert(sizeof(Slot) == 32);
+
+// FNV-1a over the slot's first three words: a torn or foreign slot does not pass.
+std::uint64_t CheckOf(const Slot& slot)
+{
+    std::uint64_t hash = 0xcbf29ce484222325ull;
+    unsigned char bytes[24];
+    std::memcpy(bytes, &slot, sizeof bytes);
+    for (const unsigned char byte : bytes)
+    {
+        hash = (hash ^ byte) * 0x100000001b3ull;
+    }
+    return hash;
+}
+
+}  // namespace
+
 SpoolCursor::SpoolCursor(std::string directory, const std::string& baseName)
     : m_directory(std::move(directory)), m_path(m_directory + '/' + baseName + ".cursor")
 {
 }
 
-SpoolPosition SpoolCursor::Load() const
+SpoolPosition SpoolCursor::Load()
 {
     SpoolPosition position;
     const FileDescriptor file(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!file.valid())
+    Slot slots[2] = {};
+    if (!file.valid() || ::pread(file.get(), slots, sizeof slots, 0) != sizeof slots)
     {
         return position;
     }
-    char text[64] = {};
-    const ssize_t got = ::read(file.get(), text, sizeof text - 1);
-    std::uint64_t segment = 0;
-    std::uint64_t offset = 0;
-    if (got > 0 && std::sscanf(text, "%" SCNu64 " %" SCNu64, &segment, &offset) == 2)
+    for (const Slot& slot : slots)
     {
-        position = {segment, offset};
+        if (slot.sequence > m_sequence && slot.check == CheckOf(slot))
+        {
+            m_sequence = slot.sequence;
+            position = {slot.segment, slot.offset};
+        }
     }
     return position;
 }
 
-bool SpoolCursor::Save(const SpoolPosition& position) const
+bool SpoolCursor::Save(const SpoolPosition& position)
 {
-    char text[64];
-    const int length = std::snprintf(text, sizeof text, "%" PRIu64 " %" PRIu64 "\n",
-                                     position.segment, position.offset);
-    const std::string temporary = m_path + ".new";
+    if (!m_file.valid())
     {
-        const FileDescriptor file(
-            ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
-        if (!file.valid() || ::write(file.get(), text, static_cast<size_t>(length)) != length ||
-            ::fdatasync(file.get()) != 0)
+        const bool existed = ::access(m_path.c_str(), F_OK) == 0;
+        m_file = FileDescriptor(::open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644));
+        if (!m_file.valid())
         {
             return false;
         }
+        if (!existed)
+        {
+            // Once: the file's name in the directory must be on disk too.
+            const FileDescriptor directory(
+                ::open(m_directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            if (!directory.valid() || ::fsync(directory.get()) != 0)
+            {
+                return false;
+            }
+        }
     }
-    if (::rename(temporary.c_str(), m_path.c_str()) != 0)
+    Slot slot{m_sequence + 1, position.segment, position.offset, 0};
+    slot.check = CheckOf(slot);
+    const off_t at = static_cast<off_t>((slot.sequence % 2) * sizeof(Slot));
+    if (::pwrite(m_file.get(), &slot, sizeof slot, at) != sizeof slot ||
+        ::fdatasync(m_file.get()) != 0)
     {
         return false;
     }
-    const FileDescriptor directory(::open(m_directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return directory.valid() && ::fsync(directory.get()) == 0;
+    m_sequence = slot.sequence;
+    return true;
 }
 
 }  // namespace Velkor::Analytics

@@ -34,9 +34,6 @@ public:
     {
         std::uint64_t capBytes = 0;
         std::uint64_t segmentBytes = 0;
-        // Append() asks for the worker once as many lines or bytes came since it last looked.
-        std::uint64_t wakeLines = 0;
-        std::uint64_t wakeBytes = 0;
     };
 
     struct Counts
@@ -49,7 +46,7 @@ public:
     struct Appended
     {
         bool stored = false;
-        bool wake = false;  // the worker should look at the spool
+        bool wake = false;  // the spool reached what the worker waits for (WakeWhen)
     };
 
     // What the worker sends next: the unsent lines of the segment at the cursor.
@@ -71,9 +68,18 @@ public:
 
     Appended Append(std::string_view line);
 
-    // The unsent part of the segment at the cursor, or nothing when everything is sent. The
-    // segment stays pinned (never dropped for the cap) until Commit() or Unpin().
+    // The unsent part of the segment at the cursor, or nothing when everything is sent (and
+    // then the next Append() wakes the worker). The segment stays pinned (never dropped for the
+    // cap) until Commit() or Unpin().
     std::optional<Unsent> NextUnsent();
+    // The worker waits for a batch to fill: the first Append() that brings the unsent lines to
+    // `lines` or their bytes to `bytes` answers `wake`, once. Answers true, arming nothing, when
+    // the spool holds that much already.
+    bool WakeWhen(std::uint64_t lines, std::uint64_t bytes);
+    // What follows `position` (the end of a batch in flight), to make the next batch ahead:
+    // the rest of its segment, or the next segment when it is sealed and done. Moves nothing,
+    // pins nothing: only a later NextUnsent() that starts at the same place confirms it.
+    std::optional<Unsent> UnsentAfter(const SpoolPosition& position) const;
     // Everything before `end` has been handled, `lines` lines of the pinned segment: moves the
     // cursor there, saves it durably and deletes the segment when it is sealed and done. Ignored
     // when the spool was discarded after NextUnsent() answered `generation`. Answers whether the
@@ -96,6 +102,7 @@ private:
     };
 
     bool DropOldestForCap();
+    std::uint64_t UnsentBytes() const;
     void DeleteSegmentFront();
 
     const Limits m_limits;
@@ -108,8 +115,9 @@ private:
     std::optional<std::uint64_t> m_pinned;
     std::uint64_t m_generation = 0;
     Counts m_counts;
-    std::uint64_t m_linesSinceLook = 0;
-    std::uint64_t m_bytesSinceLook = 0;
+    // What wakes the worker: unsent lines or bytes reaching these (0: nothing armed).
+    std::uint64_t m_wakeLines = 1;
+    std::uint64_t m_wakeBytes = 1;
     bool m_accepting = true;
     bool m_dropping = false;
 };

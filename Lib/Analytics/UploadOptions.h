@@ -58,8 +58,9 @@ struct UploadOptions
     std::shared_ptr<KT::ProductSettings> productSettings;
 
     // A batch leaves when it holds this many events, this many bytes of spool lines, or when its
-    // oldest event has waited this long.
-    std::size_t maxBatchEvents = 10000;
+    // oldest event has waited this long. It never reaches past the end of a spool file, so with
+    // maxBatchBytes equal to segmentBytes a backlog goes out one file a batch.
+    std::size_t maxBatchEvents = 50000;
     std::size_t maxBatchBytes = 4 * 1024 * 1024;
     std::chrono::milliseconds maxBatchAge{5000};
 

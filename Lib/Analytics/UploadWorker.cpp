@@ -117,6 +117,7 @@ void UploadWorker::Cancel()
         return;
     }
     AbandonRequest();
+    m_next.reset();
     m_timer->stop();
     m_phase = Phase::Idle;
     m_splitLimit = 0;
@@ -176,41 +177,98 @@ void UploadWorker::Plan()
         const std::optional<Spool::Unsent> unsent = m_spool.NextUnsent();
         if (!unsent)
         {
+            m_next.reset();
             m_state.Notify();
             return;
         }
-        if (!IsDue(*unsent))
+        if (m_next && m_next->start == unsent->from && m_next->generation == unsent->generation)
         {
-            m_spool.Unpin();
-            return;
+            m_current = std::move(m_next);
         }
-        const std::size_t maxBytes = m_learntMaxBytes
-                                         ? std::min(m_learntMaxBytes, m_options.maxBatchBytes)
-                                         : m_options.maxBatchBytes;
-        if (!SegmentReader::Read(unsent->path, unsent->from.offset, unsent->end, maxBytes, m_data))
+        else
         {
-            m_spool.Unpin();
-            Retry({ReplyVerdict::Action::Retry, std::nullopt,
-                   "cannot read the spool file " + unsent->path, "spool"});
-            return;
+            m_next.reset();
+            if (!IsDue(*unsent))
+            {
+                m_spool.Unpin();
+                return;
+            }
+            const std::size_t maxEvents = m_splitLimit
+                                              ? std::min(m_splitLimit, m_options.maxBatchEvents)
+                                              : m_options.maxBatchEvents;
+            m_current = std::make_unique<Prepared>();
+            if (!Prepare(*unsent, maxEvents, *m_current))
+            {
+                m_spool.Unpin();
+                Retry({ReplyVerdict::Action::Retry, std::nullopt,
+                       "cannot read the spool file " + unsent->path, "spool"});
+                return;
+            }
         }
-        const std::size_t maxEvents = m_splitLimit
-                                          ? std::min(m_splitLimit, m_options.maxBatchEvents)
-                                          : m_options.maxBatchEvents;
-        BuildBatch(m_data, std::max<std::size_t>(maxEvents, 1), *m_sink, m_batch);
-        m_batchEnd = {unsent->from.segment, unsent->from.offset + m_batch.consumedBytes};
-        m_generation = unsent->generation;
-        if (m_batch.events.empty())
+        if (m_current->batch.events.empty())
         {
             // Nothing but damaged lines: passed over at once.
-            m_spool.Commit(m_batchEnd, m_batch.consumedLines, m_generation);
-            const auto damaged = m_batch.damagedLines;
+            m_spool.Commit(m_current->end, m_current->batch.consumedLines, m_current->generation);
+            const auto damaged = m_current->batch.damagedLines;
             m_state.Update([damaged](UploadCounters& counters) { counters.skipped += damaged; });
             Reported();
             continue;
         }
         Post();
         return;
+    }
+}
+
+bool UploadWorker::Prepare(const Spool::Unsent& unsent, std::size_t maxEvents,
+                           Prepared& prepared) const
+{
+    const std::size_t maxBytes = m_learntMaxBytes
+                                     ? std::min(m_learntMaxBytes, m_options.maxBatchBytes)
+                                     : m_options.maxBatchBytes;
+    if (!SegmentReader::Read(unsent.path, unsent.from.offset, unsent.end, maxBytes, prepared.data))
+    {
+        return false;
+    }
+    BuildBatch(prepared.data, std::max<std::size_t>(maxEvents, 1), *m_sink, prepared.batch);
+    prepared.start = unsent.from;
+    prepared.end = {unsent.from.segment, unsent.from.offset + prepared.batch.consumedBytes};
+    prepared.generation = unsent.generation;
+    prepared.gzipped = m_options.gzip && !prepared.batch.events.empty() &&
+                       Gzip(prepared.batch.body, m_options.gzipLevel, prepared.body);
+    if (!prepared.gzipped)
+    {
+        prepared.body =
+            QByteArray(prepared.batch.body.data(), static_cast<int>(prepared.batch.body.size()));
+    }
+    std::string().swap(prepared.batch.body);  // the rows live on in `body`
+    return true;
+}
+
+// While a batch is on its way (the network thread of Qt sends it), the next one is made, if it
+// is due already: full, or the rest of a sealed segment, or asked for by Flush(). It is posted
+// only if the spool's cursor reaches its start, after the reply.
+void UploadWorker::PrepareNext()
+{
+    if (m_splitLimit > 0 || !m_current)
+    {
+        return;
+    }
+    const std::optional<Spool::Unsent> after = m_spool.UnsentAfter(m_current->end);
+    if (!after || after->generation != m_current->generation)
+    {
+        return;
+    }
+    const std::uint64_t left =
+        after->backlog - std::min(after->backlog, m_current->batch.consumedLines);
+    if (!(m_state.flushers.load() > 0 || after->sealed || left >= m_options.maxBatchEvents ||
+          after->end - after->from.offset >= m_options.maxBatchBytes))
+    {
+        return;
+    }
+    auto next = std::make_unique<Prepared>();
+    if (Prepare(*after, m_options.maxBatchEvents, *next) && !next->batch.events.empty())
+    {
+        m_next = std::move(next);
     }
 }
 
@@ -235,6 +293,11 @@ bool UploadWorker::IsDue(const Spool::Unsent& unsent)
     {
         return true;
     }
+    // Until the batch is old enough, only a full one wakes the worker.
+    if (m_spool.WakeWhen(m_options.maxBatchEvents, m_options.maxBatchBytes))
+    {
+        return true;
+    }
     m_phase = Phase::Waiting;
     m_timer->start(static_cast<int>(std::clamp<std::int64_t>(maxAge - age, 1, maxAge)));
     return false;
@@ -243,14 +306,9 @@ bool UploadWorker::IsDue(const Spool::Unsent& unsent)
 void UploadWorker::Post()
 {
     QNetworkRequest request = m_sink->Request();
-    QByteArray body;
-    if (m_options.gzip && Gzip(m_batch.body, m_options.gzipLevel, body))
+    if (m_current->gzipped)
     {
         request.setRawHeader("Content-Encoding", "gzip");
-    }
-    else
-    {
-        body = QByteArray(m_batch.body.data(), static_cast<int>(m_batch.body.size()));
     }
     if (!m_consent.load())
     {
@@ -259,10 +317,11 @@ void UploadWorker::Post()
     }
     m_timedOut = false;
     m_phase = Phase::Sending;
-    QNetworkReply* const reply = m_network->post(request, body);
+    QNetworkReply* const reply = m_network->post(request, m_current->body);
     m_reply = reply;
     connect(reply, &QNetworkReply::finished, this, [this, reply] { OnReplyFinished(reply); });
     m_requestTimer->start(static_cast<int>(m_options.requestTimeout.count()));
+    PrepareNext();
 }
 
 void UploadWorker::OnReplyFinished(QNetworkReply* reply)
@@ -333,7 +392,8 @@ void UploadWorker::Succeed()
         LOG(INFO) << "Statistics upload to " << m_where << " works again";
         m_condition.clear();
     }
-    if (!m_spool.Commit(m_batchEnd, m_batch.consumedLines, m_generation) && !m_cursorSaveReported)
+    if (!m_spool.Commit(m_current->end, m_current->batch.consumedLines, m_current->generation) &&
+        !m_cursorSaveReported)
     {
         m_cursorSaveReported = true;
         LOG(WARNING) << "Statistics upload: the spool's cursor cannot be saved; after a crash "
@@ -341,12 +401,12 @@ void UploadWorker::Succeed()
     }
     m_backoff.Reset();
     m_refusedInRow = 0;
-    if (m_splitLimit > 0 && !Before(m_batchEnd, m_splitUntil))
+    if (m_splitLimit > 0 && !Before(m_current->end, m_splitUntil))
     {
         m_splitLimit = 0;
     }
-    const auto sent = m_batch.events.size();
-    const auto damaged = m_batch.damagedLines;
+    const auto sent = m_current->batch.events.size();
+    const auto damaged = m_current->batch.damagedLines;
     m_state.Update(
         [&](UploadCounters& counters)
         {
@@ -361,7 +421,10 @@ void UploadWorker::Succeed()
 
 void UploadWorker::Retry(const ReplyVerdict& verdict)
 {
+    // The batch is made again from the spool for the next attempt: no memory held meanwhile.
     m_spool.Unpin();
+    m_current.reset();
+    m_next.reset();
     const std::chrono::milliseconds delay = m_backoff.Next(verdict.retryAfter);
     m_state.Update(
         [&](UploadCounters& counters)
@@ -381,6 +444,8 @@ void UploadWorker::Retry(const ReplyVerdict& verdict)
 void UploadWorker::Pause(const std::string& kind, const std::string& error)
 {
     m_spool.Unpin();
+    m_current.reset();
+    m_next.reset();
     m_state.Update(
         [&](UploadCounters& counters)
         {
@@ -399,17 +464,19 @@ void UploadWorker::Pause(const std::string& kind, const std::string& error)
 
 void UploadWorker::Refuse(const ReplyVerdict& verdict, int status)
 {
-    if (m_batch.events.size() > 1)
+    m_next.reset();
+    const Batch& batch = m_current->batch;
+    if (batch.events.size() > 1)
     {
         m_spool.Unpin();
-        if (m_splitLimit == 0 || Before(m_splitUntil, m_batchEnd))
+        if (m_splitLimit == 0 || Before(m_splitUntil, m_current->end))
         {
-            m_splitUntil = m_batchEnd;
+            m_splitUntil = m_current->end;
         }
-        m_splitLimit = std::max<std::size_t>(1, m_batch.events.size() / 2);
+        m_splitLimit = std::max<std::size_t>(1, batch.events.size() / 2);
         if (status == 413)
         {
-            m_learntMaxBytes = std::max<std::size_t>(1, m_batch.consumedBytes / 2);
+            m_learntMaxBytes = std::max<std::size_t>(1, batch.consumedBytes / 2);
         }
         ChangeCondition("refused " + verdict.kind,
                         verdict.error + "; splitting the batch to find what is refused", false);
@@ -423,10 +490,10 @@ void UploadWorker::Refuse(const ReplyVerdict& verdict, int status)
                                 " events in a row, the last with " + verdict.error);
         return;
     }
-    DeadLetter(m_batch.events.front(), status, verdict.error);
-    m_spool.Commit(m_batchEnd, m_batch.consumedLines, m_generation);
+    DeadLetter(batch.events.front(), status, verdict.error);
+    m_spool.Commit(m_current->end, batch.consumedLines, m_current->generation);
     m_splitLimit = 0;
-    const auto damaged = m_batch.damagedLines;
+    const auto damaged = batch.damagedLines;
     m_state.Update(
         [&](UploadCounters& counters)
         {

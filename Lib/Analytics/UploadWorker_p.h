@@ -61,8 +61,22 @@ private:
         Stopped,
     };
 
+    // A batch made from the spool, ready to post.
+    struct Prepared
+    {
+        std::string data;  // the spool lines read
+        Batch batch;       // views into `data`
+        QByteArray body;   // compressed when `gzipped`
+        bool gzipped = false;
+        SpoolPosition start;
+        SpoolPosition end;
+        std::uint64_t generation = 0;
+    };
+
     void Plan();
     bool IsDue(const Spool::Unsent& unsent);
+    bool Prepare(const Spool::Unsent& unsent, std::size_t maxEvents, Prepared& prepared) const;
+    void PrepareNext();
     void Post();
     void OnReplyFinished(QNetworkReply* reply);
     void OnTimer();
@@ -91,11 +105,9 @@ private:
     bool m_timedOut = false;
     Backoff m_backoff;
 
-    // The batch in flight.
-    std::string m_data;
-    Batch m_batch;
-    SpoolPosition m_batchEnd;
-    std::uint64_t m_generation = 0;
+    // The batch in flight, and the one after it, made while the first is on its way.
+    std::unique_ptr<Prepared> m_current;
+    std::unique_ptr<Prepared> m_next;
 
     // While a refused batch is being split: at most this many events a batch, until the cursor
     // passes the end of the refused batch.

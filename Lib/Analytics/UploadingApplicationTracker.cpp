@@ -33,8 +33,6 @@ Spool::Limits LimitsOf(const UploadOptions& options)
     limits.capBytes = std::max<std::uint64_t>(options.spoolCapBytes, 1);
     limits.segmentBytes = std::clamp<std::uint64_t>(
         options.segmentBytes, 1, std::max<std::uint64_t>(limits.capBytes / 8, 1));
-    limits.wakeLines = std::max<std::size_t>(options.maxBatchEvents, 1);
-    limits.wakeBytes = std::max<std::size_t>(options.maxBatchBytes, 1);
     return limits;
 }
 

@@ -26,8 +26,6 @@ Spool::Limits Limits(std::uint64_t cap, std::uint64_t segment)
     Spool::Limits limits;
     limits.capBytes = cap;
     limits.segmentBytes = segment;
-    limits.wakeLines = 1000;
-    limits.wakeBytes = 1 << 20;
     return limits;
 }
 
