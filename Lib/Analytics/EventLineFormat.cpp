@@ -48,6 +48,23 @@ void AppendUtcTime(std::string& out)
     out.push_back('"');
 }
 
+// AppendJsonString(), with a fast way for the usual text: printable ASCII without '"' and '\\'
+// goes in at once.
+void AppendText(std::string& out, std::string_view text)
+{
+    for (const char c : text)
+    {
+        if (c < 0x20 || c > 0x7E || c == '"' || c == '\\')
+        {
+            AppendJsonString(out, text);
+            return;
+        }
+    }
+    out.push_back('"');
+    out.append(text);
+    out.push_back('"');
+}
+
 }  // namespace
 
 void AppendEventLine(std::string& out, const EventLineContext& context, const std::string& name,
@@ -59,15 +76,15 @@ void AppendEventLine(std::string& out, const EventLineContext& context, const st
     AppendUtcTime(out);
     out += ",\"sid\":";
     const auto sid = context.defaults.find(SID);
-    AppendJsonString(out, sid == context.defaults.end() ? std::string_view() : sid->second);
+    AppendText(out, sid == context.defaults.end() ? std::string_view() : sid->second);
     out += ",\"inst\":";
-    AppendJsonString(out, context.installation);
+    AppendText(out, context.installation);
     out += ",\"app\":";
-    AppendJsonString(out, context.identity);
+    AppendText(out, context.identity);
     out += ",\"ver\":";
-    AppendJsonString(out, context.version);
+    AppendText(out, context.version);
     out += ",\"name\":";
-    AppendJsonString(out, name);
+    AppendText(out, name);
     out += ",\"params\":{";
 
     // Both maps are ordered alike: merge them so the keys come out in byte order.
@@ -79,9 +96,9 @@ void AppendEventLine(std::string& out, const EventLineContext& context, const st
             out.push_back(',');
         }
         first = false;
-        AppendJsonString(out, key);
+        AppendText(out, key);
         out.push_back(':');
-        AppendJsonString(out, value);
+        AppendText(out, value);
     };
     const Properties& defaults = context.defaults;
     auto own = properties.begin();
