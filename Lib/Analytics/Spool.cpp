@@ -161,31 +161,32 @@ Spool::Appended Spool::Append(std::string_view line)
 
 bool Spool::DropOldestForCap()
 {
-    for (std::size_t index = 0; index + 1 < m_segments.size(); ++index)
+    if (m_segments.size() < 2)
     {
-        const Segment victim = m_segments[index];
-        if (m_pinned && *m_pinned == victim.number)
-        {
-            continue;
-        }
-        if (!m_dropping)
-        {
-            m_dropping = true;
-            LOG(WARNING) << "Statistics spool full (" << m_limits.capBytes
-                         << " bytes): dropping the oldest unsent events until it empties";
-        }
-        ::unlink(m_file.FilePath(victim.number).c_str());
-        m_totalBytes -= victim.bytes;
-        m_counts.dropped += victim.unsentLines;
-        m_counts.backlog -= victim.unsentLines;
-        m_segments.erase(m_segments.begin() + static_cast<std::ptrdiff_t>(index));
-        if (index == 0 && m_cursor.segment <= victim.number)
-        {
-            m_cursor = {m_segments[index].number, 0};
-        }
-        return true;
+        return false;  // only the file being written is left
     }
-    return false;
+    const Segment victim = m_segments.front();
+    if (!m_dropping)
+    {
+        m_dropping = true;
+        LOG(WARNING) << "Statistics spool full (" << m_limits.capBytes
+                     << " bytes): dropping the oldest unsent events until it empties";
+    }
+    ::unlink(m_file.FilePath(victim.number).c_str());
+    m_totalBytes -= victim.bytes;
+    m_counts.dropped += victim.unsentLines;
+    m_counts.backlog -= victim.unsentLines;
+    if (m_pinned && *m_pinned == victim.number)
+    {
+        // Its batch may still reach the store: a Commit() then takes those events back.
+        m_droppedInFlight = DroppedInFlight{victim.number, victim.unsentLines};
+    }
+    m_segments.pop_front();
+    if (m_cursor.segment <= victim.number)
+    {
+        m_cursor = {m_segments.front().number, 0};
+    }
+    return true;
 }
 
 std::uint64_t Spool::UnsentBytes() const
@@ -221,6 +222,7 @@ std::optional<Spool::Unsent> Spool::NextUnsent()
             m_cursor = {segment.number, 0};
         }
         const bool sealed = index + 1 < m_segments.size();
+        m_droppedInFlight.reset();
         if (m_cursor.offset >= segment.bytes)
         {
             if (!sealed)
@@ -291,6 +293,14 @@ bool Spool::Commit(const SpoolPosition& end, std::uint64_t lines, std::uint64_t 
                          [&](const Segment& s) { return s.number == end.segment; });
         if (segment == m_segments.end())
         {
+            // Dropped for the cap while its batch was on the way, which the store has now:
+            // those events were not lost after all.
+            if (m_droppedInFlight && m_droppedInFlight->segment == end.segment)
+            {
+                const std::uint64_t delivered = std::min(lines, m_droppedInFlight->lines);
+                m_droppedInFlight->lines -= delivered;
+                m_counts.dropped -= delivered;
+            }
             return true;
         }
         const std::uint64_t handled = std::min(lines, segment->unsentLines);

@@ -21,9 +21,10 @@ namespace Velkor::Analytics
 // - A segment is sealed when the next line would take it past `segmentBytes`; a batch never
 //   reaches past the end of its segment.
 // - The segments together never hold more than `capBytes`. When a line would take them past it,
-//   the oldest sealed segment that the worker is not sending from is deleted with its unsent
-//   lines, which count as dropped (logged once, until the spool is empty again); when nothing can
-//   be deleted the new line itself is dropped.
+//   the oldest sealed segment is deleted with its unsent lines, which count as dropped (logged
+//   once, until the spool is empty again), even while the worker sends from it: should that
+//   batch then reach the store, its events no longer count as dropped. When nothing but the
+//   segment being written is left, the new line itself is dropped.
 // - Segments that are wholly sent are deleted once the cursor has been saved past them.
 //
 // Every operation may be called from any thread.
@@ -69,21 +70,22 @@ public:
     Appended Append(std::string_view line);
 
     // The unsent part of the segment at the cursor, or nothing when everything is sent (and
-    // then the next Append() wakes the worker). The segment stays pinned (never dropped for the
-    // cap) until Commit() or Unpin().
+    // then the next Append() wakes the worker). Its segment counts as being sent until Commit()
+    // or Unpin().
     std::optional<Unsent> NextUnsent();
     // The worker waits for a batch to fill: the first Append() that brings the unsent lines to
     // `lines` or their bytes to `bytes` answers `wake`, once. Answers true, arming nothing, when
     // the spool holds that much already.
     bool WakeWhen(std::uint64_t lines, std::uint64_t bytes);
     // What follows `position` (the end of a batch in flight), to make the next batch ahead:
-    // the rest of its segment, or the next segment when it is sealed and done. Moves nothing,
-    // pins nothing: only a later NextUnsent() that starts at the same place confirms it.
+    // the rest of its segment, or the next segment when it is sealed and done. Moves nothing:
+    // only a later NextUnsent() that starts at the same place confirms it.
     std::optional<Unsent> UnsentAfter(const SpoolPosition& position) const;
-    // Everything before `end` has been handled, `lines` lines of the pinned segment: moves the
-    // cursor there, saves it durably and deletes the segment when it is sealed and done. Ignored
-    // when the spool was discarded after NextUnsent() answered `generation`. Answers whether the
-    // cursor could be saved.
+    // Everything before `end` has been handled, `lines` lines of the segment being sent: moves
+    // the cursor there, saves it durably and deletes the segment when it is sealed and done.
+    // Ignored when the spool was discarded after NextUnsent() answered `generation`, and when the
+    // segment was dropped meanwhile (but for the dropped count). Answers whether the cursor could
+    // be saved.
     bool Commit(const SpoolPosition& end, std::uint64_t lines, std::uint64_t generation);
     void Unpin();
 
@@ -112,7 +114,13 @@ private:
     std::deque<Segment> m_segments;  // ascending; the last is the one appended to
     SpoolPosition m_cursor;
     std::uint64_t m_totalBytes = 0;
-    std::optional<std::uint64_t> m_pinned;
+    std::optional<std::uint64_t> m_pinned;  // the segment being sent
+    struct DroppedInFlight
+    {
+        std::uint64_t segment;
+        std::uint64_t lines;  // counted as dropped, maybe delivered after all
+    };
+    std::optional<DroppedInFlight> m_droppedInFlight;
     std::uint64_t m_generation = 0;
     Counts m_counts;
     // What wakes the worker: unsent lines or bytes reaching these (0: nothing armed).
