@@ -1,12 +1,14 @@
-// The uploader (Kt::Analytics) beside its floors, in one run:
+// The uploader (Kt::Analytics) beside its floors, in one run, the floors measured by turns with
+// what they are the floor of so that a busy machine slows both alike:
 // - Track on the host's thread, against the reference JSON Lines tracker and against that tracker
 //   as it was before the line gained its id (the line format copied below);
 // - events per second from Track into a local ClickHouse server until drained, against the same
 //   rows posted to the server directly, batch after batch, by one client;
+// - the upload thread's own work for a batch;
 // - the memory a backlog of 1,000,000 events costs, against the reference tracker writing the
 //   same events, and the rate at which that backlog drains;
 // - the time from Track until the event can be queried, with the default batch age and with none.
-// The ClickHouse server is the test's own (Tests/Store/Support), started on free ports.
+// The ClickHouse server is the store tests' own (Tests/Store/Support), started on free ports.
 
 #include "Analytics/AnalyticsConstants.h"
 #include "Analytics/BatchBuilder_p.h"
@@ -24,6 +26,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QDir>
 #include <QTcpServer>
 #include <QTemporaryDir>
 
@@ -170,141 +173,141 @@ RefPtr<UploadingApplicationTracker> Uploader(UploadOptions options, const QStrin
 
 // --- Track on the host's thread ---------------------------------------------------------------
 
-enum TrackerKind
+// Median of a sample.
+double Median(std::vector<double> values)
 {
-    kAsBefore,
-    kReference,
-    kUploader,
-};
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
 
-void BM_Track(benchmark::State& state)
+// The three trackers take turns, 1,000 events each, 300 turns: a machine that is busy at one
+// moment slows all three alike. Each gets a data directory of its own; the uploader's store is
+// away, so its thread waits out a backoff and takes no time. Counters: the median time of one
+// Track over the turns, in ns, and the uploader's against each reference tracker.
+void BM_TrackSideBySide(benchmark::State& state)
 {
-    QTemporaryDir directory;
-    const std::string& name = "CAPTURE_STOP";
+    constexpr int kTurns = 300;
+    constexpr int kPerTurn = 1000;
+    const std::string name = "CAPTURE_STOP";
     const Properties& properties = TenProperties();
-    std::unique_ptr<TrackerAsBefore> before;
-    RefPtr<JsonLinesApplicationTracker> reference;
-    RefPtr<UploadingApplicationTracker> uploader;
-    switch (state.range(0))
-    {
-        case kAsBefore:
-            before = std::make_unique<TrackerAsBefore>(directory.path().toStdString());
-            break;
-        case kReference:
-        {
-            JsonLinesApplicationTracker::Options options;
-            options.maxFileBytes = 1ull << 40;
-            reference = JsonLinesApplicationTracker::Create(options);
-            reference->Initialize({{SID, "session"}}, "recorder", directory.path().toStdString());
-            break;
-        }
-        default:
-        {
-            // The store is away: the upload thread waits out its backoff and takes no time.
-            UploadOptions options;
-            options.url = ClosedUrl();
-            options.spoolCapBytes = 4ull << 30;
-            options.minRetryDelay = std::chrono::minutes(10);
-            options.applicationVersion = "3.1.0";
-            uploader = Uploader(options, directory.path());
-        }
-    }
     for (auto _ : state)
     {
-        const bool stored = before      ? before->Track(name, properties)
-                            : reference ? reference->Track(name, properties)
-                                        : uploader->Track(name, properties);
-        benchmark::DoNotOptimize(stored);
-    }
-    state.SetLabel(state.range(0) == kAsBefore    ? "reference tracker before the id (floor)"
-                   : state.range(0) == kReference ? "reference tracker"
-                                                  : "uploader");
-}
-// On a shared machine the least of several repetitions is the figure least disturbed.
-void MinOfRepetitions(benchmark::internal::Benchmark* registered)
-{
-    registered->ComputeStatistics("min", [](const std::vector<double>& values)
-                                  { return *std::min_element(values.begin(), values.end()); });
-}
+        QTemporaryDir directory;
+        QDir(directory.path()).mkpath("before");
+        TrackerAsBefore before((directory.path() + "/before").toStdString());
+        JsonLinesApplicationTracker::Options referenceOptions;
+        referenceOptions.maxFileBytes = 1ull << 40;
+        auto reference = JsonLinesApplicationTracker::Create(referenceOptions);
+        reference->Initialize({{SID, "session"}}, "recorder",
+                              (directory.path() + "/reference").toStdString());
+        UploadOptions options;
+        options.url = ClosedUrl();
+        options.spoolCapBytes = 4ull << 30;
+        options.minRetryDelay = std::chrono::minutes(10);
+        options.applicationVersion = "3.1.0";
+        auto uploader = Uploader(options, directory.path() + "/uploader");
 
-BENCHMARK(BM_Track)
-    ->DenseRange(kAsBefore, kUploader)
-    ->Iterations(200000)
-    ->Repetitions(7)
-    ->Apply(MinOfRepetitions)
-    ->ReportAggregatesOnly();
+        std::vector<double> asBefore, asNow, uploading;
+        const auto turn = [&](auto&& track, std::vector<double>& times)
+        {
+            const auto start = Clock::now();
+            for (int i = 0; i < kPerTurn; ++i)
+            {
+                benchmark::DoNotOptimize(track());
+            }
+            times.push_back(std::chrono::duration<double, std::nano>(Clock::now() - start).count() /
+                            kPerTurn);
+        };
+        for (int i = 0; i < kTurns; ++i)
+        {
+            turn([&] { return before.Track(name, properties); }, asBefore);
+            turn([&] { return reference->Track(name, properties); }, asNow);
+            turn([&] { return uploader->Track(name, properties); }, uploading);
+        }
+        state.counters["before ns"] = Median(asBefore);
+        state.counters["reference ns"] = Median(asNow);
+        state.counters["uploader ns"] = Median(uploading);
+        state.counters["x before"] = Median(uploading) / Median(asBefore);
+        state.counters["x reference"] = Median(uploading) / Median(asNow);
+    }
+    state.SetLabel("uploader / reference tracker (floor) / the same before the id (floor)");
+}
+BENCHMARK(BM_TrackSideBySide)->Iterations(1)->Unit(benchmark::kSecond);
 
 // --- Into the store, drained -------------------------------------------------------------------
 
 constexpr int kDrainEvents = 200000;
 
-// Track into the uploader as fast as the host can, until the store has every event.
-void BM_TrackIntoStoreDrained(benchmark::State& state)
+// The same 200,000 events, by turns: tracked into the uploader as fast as the host can until the
+// store has every one, and, as the floor, their rows made and compressed beforehand and posted
+// batch after batch by one client (only the server's work timed). Counters: events per second
+// of each, best of three turns.
+void BM_DrainSideBySide(benchmark::State& state)
 {
-    for (auto _ : state)
+    std::vector<std::string> bodies;
     {
-        QTemporaryDir directory;
-        Store().Query("TRUNCATE TABLE events", "kt");
-        UploadOptions options;
-        options.url = Store().Url();
-        options.applicationVersion = "3.1.0";
-        options.spoolCapBytes = 1ull << 30;
-        auto uploader = Uploader(options, directory.path());
-        const auto start = Clock::now();
+        const ClickHouseSink sink(QUrl(QString::fromStdString(Store().Url())), UploadOptions());
+        const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
+        EventLineFields fields;
+        std::string body;
         for (int i = 0; i < kDrainEvents; ++i)
         {
-            uploader->Track("CAPTURE_STOP", TenProperties());
-        }
-        const bool drained = uploader->Flush(std::chrono::minutes(10));
-        const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-        state.SetIterationTime(seconds);
-        state.counters["events/s"] = drained ? kDrainEvents / seconds : 0;
-    }
-    state.SetLabel("Track to queryable, 200,000 events");
-}
-BENCHMARK(BM_TrackIntoStoreDrained)->UseManualTime()->Iterations(1)->Repetitions(3);
-
-// The floor: the same rows, made and compressed beforehand, posted batch after batch by one
-// client; only the server's own work is timed.
-void BM_StoreIngestsTheSameRows(benchmark::State& state)
-{
-    const ClickHouseSink sink(QUrl(QString::fromStdString(Store().Url())), UploadOptions());
-    std::vector<std::string> bodies;
-    const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
-    EventLineFields fields;
-    std::string body;
-    for (int i = 0; i < kDrainEvents; ++i)
-    {
-        std::string line;
-        AppendEventLine(line, context, "CAPTURE_STOP", TenProperties());
-        line.pop_back();
-        ReadEventLine(line, fields);
-        sink.AppendRow(body, line, fields);
-        if ((i + 1) % 10000 == 0)
-        {
-            QByteArray compressed;
-            Gzip(body, 1, compressed);
-            bodies.push_back(compressed.toStdString());
-            body.clear();
+            std::string line;
+            AppendEventLine(line, context, "CAPTURE_STOP", TenProperties());
+            line.pop_back();
+            ReadEventLine(line, fields);
+            sink.AppendRow(body, line, fields);
+            if ((i + 1) % 10000 == 0)
+            {
+                QByteArray compressed;
+                Gzip(body, 1, compressed);
+                bodies.push_back(compressed.toStdString());
+                body.clear();
+            }
         }
     }
     const std::string target = "/?query=INSERT%20INTO%20kt.events%20FORMAT%20JSONEachRow";
     for (auto _ : state)
     {
-        Store().Query("TRUNCATE TABLE events", "kt");
-        const auto start = Clock::now();
-        for (const std::string& batch : bodies)
+        double uploaded = 0;
+        double floor = 0;
+        for (int round = 0; round < 3; ++round)
         {
-            KtStoreTest::HttpPost(Store().GetPorts().http, target, batch,
-                                  {{"Content-Encoding", "gzip"}});
+            Store().Query("TRUNCATE TABLE events", "kt");
+            QTemporaryDir directory;
+            UploadOptions options;
+            options.url = Store().Url();
+            options.applicationVersion = "3.1.0";
+            options.spoolCapBytes = 1ull << 30;
+            auto uploader = Uploader(options, directory.path());
+            auto start = Clock::now();
+            for (int i = 0; i < kDrainEvents; ++i)
+            {
+                uploader->Track("CAPTURE_STOP", TenProperties());
+            }
+            if (uploader->Flush(std::chrono::minutes(10)))
+            {
+                uploaded = std::max(
+                    uploaded,
+                    kDrainEvents / std::chrono::duration<double>(Clock::now() - start).count());
+            }
+
+            Store().Query("TRUNCATE TABLE events", "kt");
+            start = Clock::now();
+            for (const std::string& batch : bodies)
+            {
+                KtStoreTest::HttpPost(Store().GetPorts().http, target, batch,
+                                      {{"Content-Encoding", "gzip"}});
+            }
+            floor = std::max(
+                floor, kDrainEvents / std::chrono::duration<double>(Clock::now() - start).count());
         }
-        const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-        state.SetIterationTime(seconds);
-        state.counters["events/s"] = kDrainEvents / seconds;
+        state.counters["uploader events/s"] = uploaded;
+        state.counters["server alone events/s"] = floor;
     }
-    state.SetLabel("the server alone, the same gzip batches (floor)");
+    state.SetLabel("Track to queryable / the server alone, the same gzip batches (floor)");
 }
-BENCHMARK(BM_StoreIngestsTheSameRows)->UseManualTime()->Iterations(1)->Repetitions(3);
+BENCHMARK(BM_DrainSideBySide)->Iterations(1)->Unit(benchmark::kSecond);
 
 // The upload thread's own work for one batch of 10,000 spool lines: reading each line, writing
 // its row (argument 0: the line as it is, NDJSON; 1: ClickHouse's row), and gzip at level 1.
