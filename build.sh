@@ -2,6 +2,9 @@
 # Installs what is missing, builds, and runs the main job or the tests.
 #
 #   ./build.sh run                      build, then run the main job (the demo host's session)
+#   ./build.sh run-store                build, then the main job with a statistics store: a
+#                                       ClickHouse server of its own, the demo host uploading
+#                                       its session into it, two of the analysts' answers
 #   ./build.sh test                     build, then run every test
 #   ./build.sh test --sanitize address,undefined   the same in a sanitizer build (build-asan/)
 #   ./build.sh test --sanitize thread --label threaded   threaded tests under ThreadSanitizer
@@ -29,6 +32,10 @@ QT_PACKAGES_5=(qtbase5-dev qtbase5-private-dev)
 QT_PACKAGES_6=(qt6-base-dev qt6-base-private-dev qt6-5compat-dev)
 # Locale sources: a test compiles a decimal-comma locale from them with localedef.
 PACKAGES+=(locales)
+
+# The statistics store (run-store and the store tests): Debian's ClickHouse, and zlib for the
+# uploader's gzip.
+PACKAGES+=(clickhouse-server clickhouse-client zlib1g-dev)
 
 usage() { sed -n '2,/^[^#]/p' "$0" | sed -n 's/^# \{0,1\}//p'; exit 2; }
 
@@ -117,9 +124,113 @@ if [ "$sanitize" = thread ] && command -v setarch >/dev/null; then
     run_prefix=(setarch "$(uname -m)" -R)
 fi
 
+# A port of 127.0.0.1 that nobody listens on.
+free_port() {
+    local port
+    while :; do
+        port=$((20000 + RANDOM % 40000))
+        (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null || { echo "$port"; return; }
+    done
+}
+
+# The statement of Lib/Analytics/Store/queries.sql after the line "-- query: NAME".
+store_query() {
+    awk -v name="$1" '
+        $0 == "-- query: " name { found = 1; next }
+        found && /^--/ { next }
+        found { print; if ($0 ~ /;[ \t]*$/) exit }' Lib/Analytics/Store/queries.sql
+}
+
+# The main job with a store: a ClickHouse server of its own (a temporary directory, free ports,
+# no system service), the schema, the demo session uploaded by KtDemoHost --upload, which waits
+# until the upload has drained, two of the analysts' queries answered, the server stopped.
+store_pid=""
+store_work=""
+stop_store() {
+    if [ -n "$store_pid" ]; then
+        kill -TERM "$store_pid" 2>/dev/null || true
+        wait "$store_pid" 2>/dev/null || true
+    fi
+    [ -z "$store_work" ] || rm -rf "$store_work"
+}
+
+run_store() {
+    local server http tcp
+    server="$(PATH="$PATH:/usr/sbin:/sbin" command -v clickhouse-server)"
+    store_work="$(mktemp -d)"
+    local work="$store_work"
+    trap stop_store EXIT
+    http="$(free_port)"; tcp="$(free_port)"
+    while [ "$tcp" = "$http" ]; do tcp="$(free_port)"; done
+    cat >"$work/config.xml" <<EOF_CONFIG
+<?xml version="1.0"?>
+<yandex>
+    <logger><level>warning</level><console>0</console>
+        <log>$work/server.log</log><errorlog>$work/server.err.log</errorlog></logger>
+    <listen_host>127.0.0.1</listen_host>
+    <http_port>$http</http_port>
+    <tcp_port>$tcp</tcp_port>
+    <path>$work/data/</path>
+    <tmp_path>$work/data/tmp/</tmp_path>
+    <user_files_path>$work/data/user_files/</user_files_path>
+    <format_schema_path>$work/data/format_schemas/</format_schema_path>
+    <users_config>users.xml</users_config>
+    <default_profile>default</default_profile>
+    <default_database>default</default_database>
+    <mark_cache_size>67108864</mark_cache_size>
+    <timezone>UTC</timezone>
+</yandex>
+EOF_CONFIG
+    cat >"$work/users.xml" <<'EOF_USERS'
+<?xml version="1.0"?>
+<yandex>
+    <profiles><default></default></profiles>
+    <users><default><password></password><networks><ip>127.0.0.1</ip></networks>
+        <profile>default</profile><quota>default</quota></default></users>
+    <quotas><default><interval><duration>3600</duration><queries>0</queries><errors>0</errors>
+        <result_rows>0</result_rows><read_rows>0</read_rows><execution_time>0</execution_time>
+    </interval></default></quotas>
+</yandex>
+EOF_USERS
+    "$server" --config-file="$work/config.xml" >"$work/server.out" 2>&1 &
+    store_pid=$!
+    local client=(clickhouse-client --host 127.0.0.1 --port "$tcp")
+    local tries=0
+    until "${client[@]}" --query "SELECT 1" >/dev/null 2>&1; do
+        tries=$((tries + 1))
+        if ! kill -0 "$store_pid" 2>/dev/null || [ "$tries" -gt 600 ]; then
+            echo "clickhouse-server did not start:"
+            tail -n 20 "$work/server.err.log" "$work/server.out" 2>/dev/null || true
+            exit 1
+        fi
+        sleep 0.1
+    done
+    echo "ClickHouse $("${client[@]}" --query "SELECT version()") on 127.0.0.1:$http (data in $work)"
+    "${client[@]}" --query "CREATE DATABASE kt"
+    "${client[@]}" --database kt --multiquery <Lib/Analytics/Store/schema.sql
+    # The session's printout and the toolkit's notes go to files; the upload's counters show.
+    if ! "${run_prefix[@]}" "$build_dir/Examples/DemoHost/KtDemoHost" \
+            --upload "http://127.0.0.1:$http/" >"$work/session.txt" 2>"$work/demo.err"; then
+        cat "$work/demo.err"
+        exit 1
+    fi
+    echo "The demo session: $(grep -c '^[^[:space:]]' "$work/session.txt") events delivered;" \
+         "$(grep '^upload:' "$work/demo.err")"
+    local format=(--format PrettyCompactMonoBlock)
+    [ -t 1 ] || format+=(--output_format_pretty_color=0)
+    for query in events_per_day_and_version capture_settings_per_version; do
+        echo
+        grep -A1 "^-- query: $query\$" Lib/Analytics/Store/queries.sql | tail -n 1
+        "${client[@]}" --database kt "${format[@]}" --query "$(store_query "$query")"
+    done
+}
+
 case "$command" in
     run)
         "${run_prefix[@]}" "$build_dir/Examples/DemoHost/KtDemoHost"
+        ;;
+    run-store)
+        run_store
         ;;
     test)
         ctest_args=(--test-dir "$build_dir" --output-on-failure -j "$jobs")
@@ -130,6 +241,7 @@ case "$command" in
     bench)
         "$build_dir/Bench/KtTrackingBench"
         "$build_dir/Bench/KtTrackingInternalsBench"
+        "$build_dir/Bench/KtAnalyticsBench"
         ;;
     fuzz)
         # Each target grows a working corpus of its own from the committed one; what it finds

@@ -17,7 +17,6 @@
 
 #include <algorithm>
 #include <map>
-#include <numeric>
 #include <set>
 #include <string>
 #include <thread>
@@ -38,8 +37,6 @@ using Options = JsonLinesApplicationTracker::Options;
 struct Stored
 {
     std::vector<std::string> lines;
-    std::vector<qint64> fileSizes;
-    int jsonlFiles = 0;  // every *.jsonl file of the directory
     bool allEndInNewline = true;
 };
 
@@ -52,7 +49,6 @@ Stored ReadStored(const QString& directory, const Options& options)
     std::map<int, QString, std::greater<>> byAge;  // oldest (highest number) first
     for (const QString& name : QDir(directory).entryList({"*.jsonl"}, QDir::Files))
     {
-        ++stored.jsonlFiles;
         const auto match = pattern.match(name);
         if (match.hasMatch())
         {
@@ -68,7 +64,6 @@ Stored ReadStored(const QString& directory, const Options& options)
             continue;
         }
         const QByteArray content = file.readAll();
-        stored.fileSizes.push_back(content.size());
         if (!content.isEmpty() && !content.endsWith('\n'))
         {
             stored.allEndInNewline = false;
@@ -103,16 +98,6 @@ std::map<std::string, std::string> ParamsOf(const QJsonObject& object)
         params[it.key().toStdString()] = it.value().toString().toStdString();
     }
     return params;
-}
-
-std::vector<std::string> Names(const Stored& stored)
-{
-    std::vector<std::string> names;
-    for (const auto& line : stored.lines)
-    {
-        names.push_back(ParseLine(line).value("name").toString().toStdString());
-    }
-    return names;
 }
 
 RefPtr<JsonLinesApplicationTracker> Initialized(const QString& directory,
@@ -159,8 +144,9 @@ KT_ROWS(JsonEscapeTest,
 
 // --- Lines ------------------------------------------------------------------------------------
 
-// The directory is made as needed; name and values are escaped.
-TEST(JsonLinesApplicationTrackerTest, LineCarriesTimeSessionIdentityNameAndMergedParams)
+// The directory is made as needed; name and values are escaped. (The line format and the file set
+// are the analytics component's: Tests/Store/EventLineTest.cpp, DurableAppendTest.cpp.)
+TEST(JsonLinesApplicationTrackerTest, LineCarriesIdTimeSessionIdentityNameAndMergedParams)
 {
     QTemporaryDir directory;
     const QString nested = directory.path() + "/a/b";
@@ -174,11 +160,12 @@ TEST(JsonLinesApplicationTrackerTest, LineCarriesTimeSessionIdentityNameAndMerge
     const Stored stored = ReadStored(nested, Options());
     ASSERT_EQ(stored.lines.size(), 1u);
     const std::string& line = stored.lines[0];
-    EXPECT_TRUE(
-        QRegularExpression(R"(^\{"time":"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z","sid":"s-42",)"
-                           R"("app":"recorder/partner","name":"CAPTURE\\"STOP","params":\{)")
-            .match(QString::fromStdString(line))
-            .hasMatch())
+    EXPECT_TRUE(QRegularExpression(R"(^\{"id":"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}",)"
+                                   R"("time":"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z",)"
+                                   R"("sid":"s-42","inst":"","app":"recorder/partner","ver":"",)"
+                                   R"("name":"CAPTURE\\"STOP","params":\{)")
+                    .match(QString::fromStdString(line))
+                    .hasMatch())
         << line;
     // The event's own values win, the session's SID is not repeated, keys come in byte order.
     EXPECT_NE(line.find(R"("params":{"A":"a","B":"own\n","LANG":"en","SID":"crashed","Z":"z"}})"),
@@ -208,107 +195,6 @@ TEST(JsonLinesApplicationTrackerTest, RefusesWhatItCannotStore)
     tracker = nullptr;
     EXPECT_TRUE(JsonLinesApplicationTracker::Create()->Initialize({}, "", path));
 }
-
-// --- Torn lines -------------------------------------------------------------------------------
-
-struct TornRow
-{
-    const char* label;
-    std::string existing;
-    std::vector<std::string> namesAfter;  // after one more event "NEW"
-};
-
-using JsonLinesTornTailTest = KtTest::Table<TornRow>;
-
-TEST_P(JsonLinesTornTailTest, RestartCutsTheIncompleteLastLine)
-{
-    QTemporaryDir directory;
-    {
-        QFile file(directory.path() + "/events.jsonl");
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray::fromStdString(GetParam().existing));
-    }
-    auto tracker = Initialized(directory.path());
-    ASSERT_TRUE(tracker->Track("NEW", {}));
-
-    const Stored stored = ReadStored(directory.path(), Options());
-    EXPECT_TRUE(stored.allEndInNewline);
-    EXPECT_EQ(Names(stored), GetParam().namesAfter);
-}
-
-const std::string kOld = R"({"name":"OLD","params":{}})"
-                         "\n";
-
-KT_ROWS(JsonLinesTornTailTest,
-        {TornRow{"EmptyFile", "", {"NEW"}},
-         TornRow{"CompleteLinesKept", kOld + kOld, {"OLD", "OLD", "NEW"}},
-         TornRow{"TornLineCut", kOld + R"({"name":"HAL)", {"OLD", "NEW"}},
-         TornRow{"OnlyATornLine", R"({"name":"HAL)", {"NEW"}},
-         // Longer than the scanning buffer, so the newline is found a chunk back.
-         TornRow{"LongTornLineCut", kOld + std::string(200 * 1024, 'x'), {"OLD", "NEW"}}});
-
-// --- Size cap ---------------------------------------------------------------------------------
-
-struct CapRow
-{
-    const char* label;
-    std::uint64_t maxFileBytes;
-    unsigned maxFiles;
-    int events;
-    std::size_t padding;
-};
-
-using JsonLinesSizeCapTest = KtTest::Table<CapRow>;
-
-TEST_P(JsonLinesSizeCapTest, KeepsTheNewestEventsWithinTheCap)
-{
-    const CapRow& row = GetParam();
-    QTemporaryDir directory;
-    Options options;
-    options.maxFileBytes = row.maxFileBytes;
-    options.maxFiles = row.maxFiles;
-    std::size_t longestLine = 0;
-    {
-        auto tracker = Initialized(directory.path(), options);
-        for (int i = 0; i < row.events; ++i)
-        {
-            ASSERT_TRUE(tracker->Track(
-                "E", {{"I", std::to_string(i)}, {"PAD", std::string(row.padding, 'p')}}));
-        }
-    }
-    const Stored stored = ReadStored(directory.path(), options);
-    ASSERT_FALSE(stored.lines.empty());
-    for (const auto& line : stored.lines)
-    {
-        longestLine = std::max(longestLine, line.size() + 1);
-    }
-
-    EXPECT_LE(stored.jsonlFiles, static_cast<int>(row.maxFiles));
-    for (const qint64 size : stored.fileSizes)
-    {
-        EXPECT_LE(static_cast<std::uint64_t>(size),
-                  std::max<std::uint64_t>(row.maxFileBytes, longestLine));
-    }
-    // What is kept is an unbroken run of the newest events, in order, ending with the last.
-    const int kept = static_cast<int>(stored.lines.size());
-    for (int index = 0; index < kept; ++index)
-    {
-        const auto params = ParamsOf(ParseLine(stored.lines[static_cast<std::size_t>(index)]));
-        ASSERT_EQ(params.at("I"), std::to_string(row.events - kept + index));
-    }
-    // Rotation happens only when needed: the files dropped could not all have been kept.
-    const std::uint64_t keptBytes =
-        std::accumulate(stored.fileSizes.begin(), stored.fileSizes.end(), std::uint64_t{0});
-    if (kept < row.events)
-    {
-        EXPECT_GT(keptBytes + longestLine, (row.maxFiles - 1) * row.maxFileBytes);
-    }
-}
-
-KT_ROWS(JsonLinesSizeCapTest, {CapRow{"NoRotationNeeded", 1 << 20, 3, 100, 10},
-                               CapRow{"RotatesAndDropsOldest", 4096, 3, 500, 10},
-                               CapRow{"SingleFileStartsOver", 4096, 1, 500, 10},
-                               CapRow{"LineLargerThanCapGetsOwnFile", 1024, 3, 10, 4000}});
 
 // --- Threads ----------------------------------------------------------------------------------
 

@@ -9,6 +9,7 @@
 
 #include "Analytics/ApplicationTrackerFactory.h"
 #include "Analytics/JsonLinesApplicationTracker.h"
+#include "Analytics/UploadingApplicationTracker.h"
 #include "Tracking/Manager/StatisticsManager.h"
 #include "Tracking/Tracking.h"
 
@@ -23,8 +24,10 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <chrono>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 
 namespace Velkor::Demo
 {
@@ -129,14 +132,37 @@ int RunDemo(const DemoOptions& options)
         options.dataDirectory.isEmpty() ? temporary.path() : options.dataDirectory;
     QDir().mkpath(dataDirectory);
 
-    Analytics::ScopedApplicationTrackerCreator analytics(
-        []
+    HostServices services(dataDirectory);
+
+    // The analytics service: the JSON Lines file, or with an upload URL the uploader, installed
+    // the way a host installs it.
+    Analytics::RefPtr<Analytics::UploadingApplicationTracker> uploader;
+    if (!options.uploadUrl.isEmpty())
+    {
+        Analytics::UploadOptions upload;
+        upload.url = options.uploadUrl.toStdString();
+        upload.applicationVersion = HostServices::kProductVersion;
+        upload.productSettings = services.productSettings;
+        try
         {
+            uploader = Analytics::UploadingApplicationTracker::Create(upload);
+        }
+        catch (const std::invalid_argument& error)
+        {
+            std::cerr << error.what() << "\n";
+            return 2;
+        }
+    }
+    Analytics::ScopedApplicationTrackerCreator analytics(
+        [uploader]
+        {
+            if (uploader)
+            {
+                return Analytics::RefPtr<Analytics::IApplicationTracker>(uploader);
+            }
             return Analytics::RefPtr<Analytics::IApplicationTracker>(
                 Analytics::JsonLinesApplicationTracker::Create());
         });
-
-    HostServices services(dataDirectory);
 
     // The chain, back to front.
     const Documents documents = DocumentsOf(options.variant);
@@ -218,6 +244,15 @@ int RunDemo(const DemoOptions& options)
     manager.reset();
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
+    bool drained = true;
+    if (uploader)
+    {
+        drained = uploader->Flush(std::chrono::seconds(60));
+        const Analytics::UploadCounters counters = uploader->Counters();
+        std::cerr << "upload: " << counters.spooled << " spooled, " << counters.sent << " sent, "
+                  << counters.backlog << " left" << (drained ? "" : ": " + counters.lastError)
+                  << "\n";
+    }
     bool written = true;
     if (!options.viewerItemsFile.isEmpty())
     {
@@ -225,7 +260,7 @@ int RunDemo(const DemoOptions& options)
     }
     session.reset();
     window.reset();
-    return result != 0 ? result : (written && treeWritten ? 0 : 1);
+    return result != 0 ? result : (written && treeWritten && drained ? 0 : 1);
 }
 
 }  // namespace Velkor::Demo

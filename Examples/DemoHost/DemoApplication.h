@@ -26,6 +26,10 @@ struct DemoOptions
     bool machineValues = false;
     // "first": Config.xml and FilterConfig.xml; "second": ConfigGACA.xml and FilterConfigGACA.xml.
     QString variant = "first";
+    // When set, the analytics service is the uploader (Kt::Analytics) posting to this ClickHouse
+    // URL (database "kt", table "events") instead of the JSON Lines file; at exit the demo waits
+    // until the upload has drained and tells its counters on stderr.
+    QString uploadUrl;
 };
 
 // The recorder assembled as a host assembles it: services and settings objects in the instance

@@ -22,6 +22,10 @@
 //                           country, bitness) as they are; by default they print as <machine>
 //                           so the printout is the same everywhere. The analytics file always
 //                           holds the real values.
+//   --upload URL            the analytics service uploads to the ClickHouse server at URL
+//                           (database "kt", table "events") instead of writing JSON Lines; at
+//                           exit it waits until the upload has drained (at most a minute) and
+//                           tells its counters on stderr
 
 #include "DemoApplication.h"
 
@@ -39,7 +43,7 @@ int Usage()
 {
     std::cerr << "usage: KtDemoHost [--interactive [--script] [--screenshot FILE]]"
                  " [--data-dir DIR] [--variant first|second] [--viewer-items FILE]"
-                 " [--dump-tree FILE] [--record-raw FILE] [--machine-values]\n";
+                 " [--dump-tree FILE] [--record-raw FILE] [--machine-values] [--upload URL]\n";
     return 2;
 }
 
@@ -83,6 +87,10 @@ int main(int argc, char** argv)
         else if (argument == "--record-raw" && hasValue)
         {
             options.rawSessionFile = QString::fromLocal8Bit(argv[++i]);
+        }
+        else if (argument == "--upload" && hasValue)
+        {
+            options.uploadUrl = QString::fromLocal8Bit(argv[++i]);
         }
         else if (argument == "--variant" && hasValue)
         {

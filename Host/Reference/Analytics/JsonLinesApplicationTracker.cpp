@@ -1,7 +1,7 @@
 #include "Analytics/JsonLinesApplicationTracker.h"
 
-#include "Analytics/EventLineFormat.h"
-#include "Analytics/RotatingAppendFile.h"
+#include "Analytics/EventLineFormat_p.h"
+#include "Analytics/RotatingAppendFile_p.h"
 
 #include <filesystem>
 #include <mutex>
@@ -21,8 +21,8 @@ public:
     mutable std::mutex mutex;
     RotatingAppendFile files;
     bool initialized = false;
-    std::string identity;
-    Properties defaults;
+    EventLineContext context;
+    std::string line;
 };
 
 RefPtr<JsonLinesApplicationTracker> JsonLinesApplicationTracker::Create()
@@ -54,7 +54,9 @@ bool JsonLinesApplicationTracker::Track(const std::string& name, const Propertie
     {
         return false;
     }
-    return d->files.Append(FormatEventLine(d->identity, d->defaults, name, properties));
+    d->line.clear();
+    AppendEventLine(d->line, d->context, name, properties);
+    return d->files.Append(d->line);
 }
 
 bool JsonLinesApplicationTracker::Track(const std::string& name, const std::string& key,
@@ -66,7 +68,7 @@ bool JsonLinesApplicationTracker::Track(const std::string& name, const std::stri
 void JsonLinesApplicationTracker::AddDefaultProperties(const Properties& properties)
 {
     std::lock_guard<std::mutex> lock(d->mutex);
-    d->defaults.insert(properties.begin(), properties.end());
+    d->context.defaults.insert(properties.begin(), properties.end());
 }
 
 bool JsonLinesApplicationTracker::Initialize(const Properties& defaultProperties,
@@ -88,8 +90,8 @@ bool JsonLinesApplicationTracker::Initialize(const Properties& defaultProperties
     {
         return false;
     }
-    d->identity = identity;
-    d->defaults.insert(defaultProperties.begin(), defaultProperties.end());
+    d->context.identity = identity;
+    d->context.defaults.insert(defaultProperties.begin(), defaultProperties.end());
     d->initialized = true;
     return true;
 }

@@ -11,13 +11,16 @@ namespace Velkor::Analytics
 {
 
 // The reference analytics tracker: it keeps every event it is given, in order, as one JSON
-// object per line in files of the data directory it is initialised with:
+// object per line in files of the data directory it is initialised with, in the line format of
+// the analytics component's spool (Lib/Analytics, whose file set it uses as well):
 //
-//   {"time":"2026-11-21T11:37:30.123Z","sid":"...","app":"...","name":"...","params":{...}}
+//   {"id":"...","time":"2026-11-21T11:37:30.123Z","sid":"...","inst":"","app":"...","ver":"",
+//    "name":"...","params":{...}}
 //
-// "time" is the UTC time of writing, "sid" the default property SID, "app" the identity given
-// to Initialize(), "params" the event's properties plus every other default property whose
-// key the event does not have. Texts are escaped as AppendJsonString() describes.
+// "id" is 128 random bits made for the line, "time" the UTC time of writing, "sid" the default
+// property SID, "app" the identity given to Initialize(), "params" the event's properties plus
+// every other default property whose key the event does not have; it knows no installation and
+// no version. Texts are escaped as AppendJsonString() describes.
 //
 // Durability: a line is formatted completely and handed to the kernel with one write(2) on a
 // file opened with O_APPEND before Track() answers true, so an event that was acknowledged

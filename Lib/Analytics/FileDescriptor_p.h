@@ -19,6 +19,8 @@ public:
         std::swap(m_fd, other.m_fd);
         return *this;
     }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
     ~FileDescriptor()
     {
         if (m_fd >= 0)

@@ -1,11 +1,11 @@
-#include "Analytics/RotatingAppendFile.h"
+#include "Analytics/RotatingAppendFile_p.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
+#include <cstdlib>
 #include <utility>
-#include <vector>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -68,10 +68,11 @@ off_t DropTornTail(int fd)
 }  // namespace
 
 RotatingAppendFile::RotatingAppendFile(std::string baseName, std::uint64_t maxFileBytes,
-                                       unsigned maxFiles)
+                                       unsigned maxFiles, Naming naming)
     : m_baseName(std::move(baseName)),
       m_maxFileBytes(maxFileBytes),
-      m_maxFiles(std::max(maxFiles, 1u))
+      m_maxFiles(naming == Naming::Shifting ? std::max(maxFiles, 1u) : maxFiles),
+      m_naming(naming)
 {
 }
 
@@ -85,6 +86,11 @@ bool RotatingAppendFile::Open(const std::string& directory)
         return false;
     }
     m_lock = std::move(lock);
+    if (m_naming == Naming::Numbered)
+    {
+        const auto numbers = ExistingNumbers();
+        m_number = numbers.empty() ? 1 : numbers.back();
+    }
     if (!OpenCurrent())
     {
         m_lock = FileDescriptor();
@@ -93,19 +99,57 @@ bool RotatingAppendFile::Open(const std::string& directory)
     return true;
 }
 
-std::string RotatingAppendFile::FilePath(unsigned index) const
+std::string RotatingAppendFile::FilePath(std::uint64_t number) const
 {
     std::string path = m_directory + '/' + m_baseName;
-    if (index > 0)
+    if (number > 0)
     {
-        path += '.' + std::to_string(index);
+        path += '.' + std::to_string(number);
     }
     return path + ".jsonl";
 }
 
+std::string RotatingAppendFile::CurrentPath() const
+{
+    return FilePath(m_number);
+}
+
+std::vector<std::uint64_t> RotatingAppendFile::ExistingNumbers() const
+{
+    std::vector<std::uint64_t> numbers;
+    DIR* directory = ::opendir(m_directory.c_str());
+    if (!directory)
+    {
+        return numbers;
+    }
+    const std::string prefix = m_baseName + '.';
+    while (const dirent* entry = ::readdir(directory))
+    {
+        const std::string_view name(entry->d_name);
+        constexpr std::string_view suffix = ".jsonl";
+        if (name.size() <= prefix.size() + suffix.size() ||
+            name.substr(0, prefix.size()) != prefix ||
+            name.substr(name.size() - suffix.size()) != suffix)
+        {
+            continue;
+        }
+        const std::string_view digits =
+            name.substr(prefix.size(), name.size() - prefix.size() - suffix.size());
+        if (digits.size() > 18 || digits.front() == '0' ||
+            !std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        {
+            continue;
+        }
+        numbers.push_back(std::strtoull(std::string(digits).c_str(), nullptr, 10));
+    }
+    ::closedir(directory);
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
 bool RotatingAppendFile::OpenCurrent()
 {
-    m_file = OpenForAppend(FilePath(0));
+    m_file = OpenForAppend(CurrentPath());
     if (!m_file.valid())
     {
         return false;
@@ -120,11 +164,20 @@ bool RotatingAppendFile::OpenCurrent()
     return true;
 }
 
+bool RotatingAppendFile::Rotate()
+{
+    if (m_file.valid() && m_fileSize == 0)
+    {
+        return true;
+    }
+    return m_naming == Naming::Shifting ? RotateShifting() : RotateNumbered();
+}
+
 // Shifts the run of rotated files that starts at number 1 up by one, dropping the oldest when
 // every number is taken, and starts a new current file. Renames are atomic, so a process killed
 // in the middle leaves every line in exactly one file; the gap it may leave ends the run, and
 // the next rotation fills it.
-bool RotatingAppendFile::Rotate()
+bool RotatingAppendFile::RotateShifting()
 {
     m_file = FileDescriptor();
     const unsigned last = m_maxFiles - 1;
@@ -154,7 +207,24 @@ bool RotatingAppendFile::Rotate()
     return OpenCurrent();
 }
 
-bool RotatingAppendFile::Append(const std::string& line)
+bool RotatingAppendFile::RotateNumbered()
+{
+    m_file = FileDescriptor();
+    ++m_number;
+    if (m_maxFiles > 0)
+    {
+        for (const std::uint64_t number : ExistingNumbers())
+        {
+            if (number + m_maxFiles <= m_number)
+            {
+                ::unlink(FilePath(number).c_str());
+            }
+        }
+    }
+    return OpenCurrent();
+}
+
+bool RotatingAppendFile::Append(std::string_view line)
 {
     if (m_fileSize > 0 && m_fileSize + line.size() > m_maxFileBytes)
     {

@@ -1,0 +1,437 @@
+// The uploader (Kt::Analytics) beside its floors, in one run, the floors measured by turns with
+// what they are the floor of so that a busy machine slows both alike:
+// - Track on the host's thread, against the reference JSON Lines tracker and against that tracker
+//   as it was before the line gained its id (the line format copied below);
+// - events per second from Track into a local ClickHouse server until drained, against the same
+//   rows posted to the server directly, batch after batch, by one client;
+// - the upload thread's own work for a batch;
+// - the memory a backlog of 1,000,000 events costs, against the reference tracker writing the
+//   same events, and the rate at which that backlog drains;
+// - the time from Track until the event can be queried, with the default batch age and with none.
+// The ClickHouse server is the store tests' own (Tests/Store/Support), started on free ports.
+
+#include "Analytics/AnalyticsConstants.h"
+#include "Analytics/BatchBuilder_p.h"
+#include "Analytics/ClickHouseSink_p.h"
+#include "Analytics/EventLineFormat_p.h"
+#include "Analytics/EventLineReader_p.h"
+#include "Analytics/Gzip_p.h"
+#include "Analytics/JsonLinesApplicationTracker.h"
+#include "Analytics/JsonText.h"
+#include "Analytics/NdjsonSink_p.h"
+#include "Analytics/RotatingAppendFile_p.h"
+#include "Analytics/UploadingApplicationTracker.h"
+
+#include "Support/ClickHouseServer.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QDir>
+#include <QTcpServer>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <fstream>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace Velkor::Analytics;
+using KtStoreTest::ClickHouseServer;
+using Clock = std::chrono::steady_clock;
+
+namespace
+{
+
+// The ten properties of a typical event (as Bench/BenchSupport.h's TenProperties()).
+const Properties& TenProperties()
+{
+    static const Properties properties = []
+    {
+        Properties p;
+        for (int i = 0; i < 7; ++i)
+        {
+            p["KEY_" + std::to_string(i)] = "VALUE_" + std::to_string(i);
+        }
+        p["DURATION"] = "90";
+        p["FILE_SIZE"] = "5242880";
+        p["AUDIO_SOURCES"] = "";
+        return p;
+    }();
+    return properties;
+}
+
+// The reference tracker's line as it was before it gained the id, the installation and the
+// version (time formatted with gmtime_r and snprintf on every call), for the floor.
+std::string FormatLineAsBefore(const std::string& identity, const Properties& defaults,
+                               const std::string& name, const Properties& properties)
+{
+    std::string line;
+    line.reserve(128 + name.size() + properties.size() * 32);
+    const auto now = std::chrono::system_clock::now();
+    const auto milliseconds =
+        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() %
+        1000;
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    std::tm utc{};
+    ::gmtime_r(&seconds, &utc);
+    char text[32];
+    const int length = std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ",
+                                     utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour,
+                                     utc.tm_min, utc.tm_sec, static_cast<int>(milliseconds));
+    line += "{\"time\":\"";
+    line.append(text, static_cast<size_t>(length));
+    line += "\",\"sid\":";
+    const auto sid = defaults.find(SID);
+    AppendJsonString(line, sid == defaults.end() ? std::string() : sid->second);
+    line += ",\"app\":";
+    AppendJsonString(line, identity);
+    line += ",\"name\":";
+    AppendJsonString(line, name);
+    line += ",\"params\":{";
+    bool first = true;
+    for (const auto& [key, value] : properties)
+    {
+        if (!first)
+        {
+            line.push_back(',');
+        }
+        first = false;
+        AppendJsonString(line, key);
+        line.push_back(':');
+        AppendJsonString(line, value);
+    }
+    line += "}}\n";
+    return line;
+}
+
+// That tracker's Track: its lock, its line, its append.
+class TrackerAsBefore
+{
+public:
+    explicit TrackerAsBefore(const std::string& directory) : m_files("events", 1ull << 40, 1)
+    {
+        m_files.Open(directory);
+    }
+
+    bool Track(const std::string& name, const Properties& properties)
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        return m_files.Append(FormatLineAsBefore("recorder", m_defaults, name, properties));
+    }
+
+private:
+    std::mutex m_mutex;
+    RotatingAppendFile m_files;
+    const Properties m_defaults{{SID, "session"}};
+};
+
+std::string ClosedUrl()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost, 0);
+    return "http://127.0.0.1:" + std::to_string(server.serverPort()) + "/";
+}
+
+long ResidentKiB(const char* field = "VmRSS:")
+{
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+    {
+        if (line.rfind(field, 0) == 0)
+        {
+            return std::stol(line.substr(std::string(field).size()));
+        }
+    }
+    return 0;
+}
+
+ClickHouseServer& Store()
+{
+    static ClickHouseServer* server = []
+    {
+        auto* started = new ClickHouseServer();
+        started->Start();
+        started->CreateDatabase("kt", KT_STORE_DIR "/schema.sql");
+        return started;
+    }();
+    return *server;
+}
+
+RefPtr<UploadingApplicationTracker> Uploader(UploadOptions options, const QString& directory)
+{
+    auto tracker = UploadingApplicationTracker::Create(options);
+    tracker->Initialize({{SID, "session"}}, "recorder", directory.toStdString());
+    return tracker;
+}
+
+// --- Track on the host's thread ---------------------------------------------------------------
+
+// Median of a sample.
+double Median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// The three trackers take turns, 1,000 events each, 300 turns: a machine that is busy at one
+// moment slows all three alike. Each gets a data directory of its own; the uploader's store is
+// away, so its thread waits out a backoff and takes no time. Counters: the median time of one
+// Track over the turns, in ns, and the uploader's against each reference tracker.
+void BM_TrackSideBySide(benchmark::State& state)
+{
+    constexpr int kTurns = 300;
+    constexpr int kPerTurn = 1000;
+    const std::string name = "CAPTURE_STOP";
+    const Properties& properties = TenProperties();
+    for (auto _ : state)
+    {
+        QTemporaryDir directory;
+        QDir(directory.path()).mkpath("before");
+        TrackerAsBefore before((directory.path() + "/before").toStdString());
+        JsonLinesApplicationTracker::Options referenceOptions;
+        referenceOptions.maxFileBytes = 1ull << 40;
+        auto reference = JsonLinesApplicationTracker::Create(referenceOptions);
+        reference->Initialize({{SID, "session"}}, "recorder",
+                              (directory.path() + "/reference").toStdString());
+        UploadOptions options;
+        options.url = ClosedUrl();
+        options.spoolCapBytes = 4ull << 30;
+        options.minRetryDelay = std::chrono::minutes(10);
+        options.applicationVersion = "3.1.0";
+        auto uploader = Uploader(options, directory.path() + "/uploader");
+
+        std::vector<double> asBefore, asNow, uploading;
+        const auto turn = [&](auto&& track, std::vector<double>& times)
+        {
+            const auto start = Clock::now();
+            for (int i = 0; i < kPerTurn; ++i)
+            {
+                benchmark::DoNotOptimize(track());
+            }
+            times.push_back(std::chrono::duration<double, std::nano>(Clock::now() - start).count() /
+                            kPerTurn);
+        };
+        for (int i = 0; i < kTurns; ++i)
+        {
+            turn([&] { return before.Track(name, properties); }, asBefore);
+            turn([&] { return reference->Track(name, properties); }, asNow);
+            turn([&] { return uploader->Track(name, properties); }, uploading);
+        }
+        state.counters["before ns"] = Median(asBefore);
+        state.counters["reference ns"] = Median(asNow);
+        state.counters["uploader ns"] = Median(uploading);
+        state.counters["x before"] = Median(uploading) / Median(asBefore);
+        state.counters["x reference"] = Median(uploading) / Median(asNow);
+    }
+    state.SetLabel("uploader / reference tracker (floor) / the same before the id (floor)");
+}
+BENCHMARK(BM_TrackSideBySide)->Iterations(1)->Unit(benchmark::kSecond);
+
+// --- Into the store, drained -------------------------------------------------------------------
+
+constexpr int kDrainEvents = 200000;
+
+// The same 200,000 events, by turns: tracked into the uploader as fast as the host can until the
+// store has every one, and, as the floor, their rows made and compressed beforehand and posted
+// batch after batch by one client (only the server's work timed). Counters: events per second
+// of each, best of three turns.
+void BM_DrainSideBySide(benchmark::State& state)
+{
+    std::vector<std::string> bodies;
+    {
+        const ClickHouseSink sink(QUrl(QString::fromStdString(Store().Url())), UploadOptions());
+        const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
+        EventLineFields fields;
+        std::string body;
+        for (int i = 0; i < kDrainEvents; ++i)
+        {
+            std::string line;
+            AppendEventLine(line, context, "CAPTURE_STOP", TenProperties());
+            line.pop_back();
+            ReadEventLine(line, fields);
+            sink.AppendRow(body, line, fields);
+            if ((i + 1) % 10000 == 0)
+            {
+                QByteArray compressed;
+                Gzip(body, 1, compressed);
+                bodies.push_back(compressed.toStdString());
+                body.clear();
+            }
+        }
+    }
+    const std::string target = "/?query=INSERT%20INTO%20kt.events%20FORMAT%20JSONEachRow";
+    for (auto _ : state)
+    {
+        double uploaded = 0;
+        double floor = 0;
+        for (int round = 0; round < 3; ++round)
+        {
+            Store().Query("TRUNCATE TABLE events", "kt");
+            QTemporaryDir directory;
+            UploadOptions options;
+            options.url = Store().Url();
+            options.applicationVersion = "3.1.0";
+            options.spoolCapBytes = 1ull << 30;
+            auto uploader = Uploader(options, directory.path());
+            auto start = Clock::now();
+            for (int i = 0; i < kDrainEvents; ++i)
+            {
+                uploader->Track("CAPTURE_STOP", TenProperties());
+            }
+            if (uploader->Flush(std::chrono::minutes(10)))
+            {
+                uploaded = std::max(
+                    uploaded,
+                    kDrainEvents / std::chrono::duration<double>(Clock::now() - start).count());
+            }
+
+            Store().Query("TRUNCATE TABLE events", "kt");
+            start = Clock::now();
+            for (const std::string& batch : bodies)
+            {
+                KtStoreTest::HttpPost(Store().GetPorts().http, target, batch,
+                                      {{"Content-Encoding", "gzip"}});
+            }
+            floor = std::max(
+                floor, kDrainEvents / std::chrono::duration<double>(Clock::now() - start).count());
+        }
+        state.counters["uploader events/s"] = uploaded;
+        state.counters["server alone events/s"] = floor;
+    }
+    state.SetLabel("Track to queryable / the server alone, the same gzip batches (floor)");
+}
+BENCHMARK(BM_DrainSideBySide)->Iterations(1)->Unit(benchmark::kSecond);
+
+// The upload thread's own work for one batch of 10,000 spool lines: reading each line, writing
+// its row (argument 0: the line as it is, NDJSON; 1: ClickHouse's row), and gzip at level 1.
+void BM_MakeBatch(benchmark::State& state)
+{
+    const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
+    std::string data;
+    for (int i = 0; i < 10000; ++i)
+    {
+        AppendEventLine(data, context, "CAPTURE_STOP", TenProperties());
+    }
+    const UploadOptions options;
+    const QUrl url("http://store:8123/");
+    const std::unique_ptr<Sink> sink =
+        state.range(0) ? std::unique_ptr<Sink>(std::make_unique<ClickHouseSink>(url, options))
+                       : std::make_unique<NdjsonSink>(url, options);
+    Batch batch;
+    QByteArray compressed;
+    for (auto _ : state)
+    {
+        BuildBatch(data, 10000, *sink, batch);
+        Gzip(batch.body, 1, compressed);
+        benchmark::DoNotOptimize(compressed.data());
+    }
+    state.SetItemsProcessed(state.iterations() * 10000);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(data.size()));
+    state.SetLabel(state.range(0) ? "ClickHouse rows" : "NDJSON");
+}
+BENCHMARK(BM_MakeBatch)->DenseRange(0, 1)->Unit(benchmark::kMillisecond);
+
+// --- A backlog of 1,000,000 events ------------------------------------------------------------
+
+constexpr int kBacklog = 1000000;
+
+// Resident memory added while 1,000,000 events pile up in the spool (the store away), and while
+// a new uploader drains them into the store (the peak); beside it the reference tracker writing
+// the same events.
+void BM_BacklogOfAMillion(benchmark::State& state)
+{
+    const bool reference = state.range(0) == 0;
+    for (auto _ : state)
+    {
+        QTemporaryDir directory;
+        const long before = ResidentKiB();
+        if (reference)
+        {
+            JsonLinesApplicationTracker::Options options;
+            options.maxFileBytes = 1ull << 40;
+            auto tracker = JsonLinesApplicationTracker::Create(options);
+            tracker->Initialize({{SID, "session"}}, "recorder", directory.path().toStdString());
+            for (int i = 0; i < kBacklog; ++i)
+            {
+                tracker->Track("CAPTURE_STOP", TenProperties());
+            }
+            state.counters["growth MB"] = (ResidentKiB() - before) / 1024.0;
+            continue;
+        }
+        UploadOptions options;
+        options.url = ClosedUrl();
+        options.spoolCapBytes = 1ull << 30;
+        options.minRetryDelay = std::chrono::minutes(10);
+        options.applicationVersion = "3.1.0";
+        {
+            auto uploader = Uploader(options, directory.path());
+            for (int i = 0; i < kBacklog; ++i)
+            {
+                uploader->Track("CAPTURE_STOP", TenProperties());
+            }
+            state.counters["growth MB"] = (ResidentKiB() - before) / 1024.0;
+            state.counters["backlog"] = static_cast<double>(uploader->Counters().backlog);
+        }
+        // Drained by the next start, the peak of resident memory meanwhile.
+        Store().Query("TRUNCATE TABLE events", "kt");
+        std::ofstream("/proc/self/clear_refs") << "5";
+        const long restart = ResidentKiB();
+        options.url = Store().Url();
+        options.minRetryDelay = std::chrono::seconds(1);
+        const auto start = Clock::now();
+        auto uploader = Uploader(options, directory.path());
+        const bool drained = uploader->Flush(std::chrono::minutes(20));
+        const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+        state.counters["drain peak growth MB"] = (ResidentKiB("VmHWM:") - restart) / 1024.0;
+        state.counters["drained events/s"] = drained ? kBacklog / seconds : 0;
+    }
+    state.SetLabel(reference ? "reference tracker, the same events (floor)"
+                             : "uploader, store away, then drained by the next start");
+}
+BENCHMARK(BM_BacklogOfAMillion)->DenseRange(0, 1)->Iterations(1)->Unit(benchmark::kSecond);
+
+// --- From Track to the store -------------------------------------------------------------------
+
+// One event at a time on an idle machine: from Track until a query finds it. Argument: the
+// batch age in milliseconds (5000 is the default; 0 sends every event as soon as it comes).
+void BM_TrackToQueryable(benchmark::State& state)
+{
+    QTemporaryDir directory;
+    UploadOptions options;
+    options.url = Store().Url();
+    options.maxBatchAge = std::chrono::milliseconds(state.range(0));
+    auto uploader = Uploader(options, directory.path());
+    Store().Query("TRUNCATE TABLE events", "kt");
+    int probe = 0;
+    for (auto _ : state)
+    {
+        const std::string value = std::to_string(state.range(0)) + "-" + std::to_string(++probe);
+        const auto start = Clock::now();
+        uploader->Track("PROBE", {{"N", value}});
+        const std::string query =
+            "SELECT count() FROM events WHERE name = 'PROBE' AND "
+            "params.value[indexOf(params.key, 'N')] = '" +
+            value + "'";
+        while (Store().Query(query, "kt") != "1\n")
+        {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
+    }
+    state.SetLabel(state.range(0) == 0 ? "batch age 0" : "default batch age (5 s)");
+}
+BENCHMARK(BM_TrackToQueryable)
+    ->Arg(0)
+    ->Arg(5000)
+    ->UseManualTime()
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,285 @@
+#include "Support/ClickHouseServer.h"
+
+#include <QFile>
+#include <QStandardPaths>
+#include <QTcpServer>
+#include <QTextStream>
+#include <QUrl>
+
+#include <chrono>
+#include <fstream>
+#include <random>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace KtStoreTest
+{
+
+namespace
+{
+
+std::string ServerBinary()
+{
+    const QString found = QStandardPaths::findExecutable(
+        "clickhouse-server", {"/usr/sbin", "/usr/bin", "/usr/local/bin"});
+    return found.toStdString();
+}
+
+std::string UrlEncoded(const std::string& text)
+{
+    return QUrl::toPercentEncoding(QString::fromStdString(text)).toStdString();
+}
+
+}  // namespace
+
+ClickHouseServer::Ports ClickHouseServer::FreePorts()
+{
+    // Below the kernel's range for ephemeral ports (32768 and up), so that no bind to port 0 of
+    // another test takes one before the server does; chosen at random among the free ones, and
+    // never twice in one process.
+    static std::mt19937 random(std::random_device{}());
+    static std::set<int> handedOut;
+    std::uniform_int_distribution<int> draw(20000, 32000);
+    const auto freePort = [&]
+    {
+        for (;;)
+        {
+            const int port = draw(random);
+            QTcpServer probe;
+            if (handedOut.insert(port).second &&
+                probe.listen(QHostAddress::LocalHost, static_cast<quint16>(port)))
+            {
+                return port;
+            }
+        }
+    };
+    const int http = freePort();
+    return {http, freePort()};
+}
+
+ClickHouseServer::ClickHouseServer(Ports ports, std::vector<int> shards) : m_ports(ports)
+{
+    const std::string root = m_directory.path().toStdString();
+    std::string cluster;
+    if (!shards.empty())
+    {
+        cluster = "    <remote_servers><kt_shards>\n";
+        for (const int port : shards)
+        {
+            cluster += "        <shard><replica><host>127.0.0.1</host><port>" +
+                       std::to_string(port) + "</port></replica></shard>\n";
+        }
+        cluster += "    </kt_shards></remote_servers>\n";
+    }
+    std::ofstream(root + "/config.xml")
+        << "<?xml version=\"1.0\"?>\n<yandex>\n"
+        << "    <logger><level>warning</level><console>0</console><log>" << root
+        << "/server.log</log><errorlog>" << root << "/server.err.log</errorlog></logger>\n"
+        << "    <listen_host>127.0.0.1</listen_host>\n"
+        << "    <http_port>" << m_ports.http << "</http_port>\n"
+        << "    <tcp_port>" << m_ports.tcp << "</tcp_port>\n"
+        << "    <path>" << root << "/data/</path>\n"
+        << "    <tmp_path>" << root << "/data/tmp/</tmp_path>\n"
+        << "    <user_files_path>" << root << "/data/user_files/</user_files_path>\n"
+        << "    <format_schema_path>" << root << "/data/format_schemas/</format_schema_path>\n"
+        << "    <users_config>users.xml</users_config>\n"
+        << "    <default_profile>default</default_profile>\n"
+        << "    <default_database>default</default_database>\n"
+        << "    <mark_cache_size>67108864</mark_cache_size>\n"
+        << "    <timezone>UTC</timezone>\n"
+        << cluster << "</yandex>\n";
+    const char* user = R"(<%s><password>%s</password><networks><ip>127.0.0.1</ip></networks>)"
+                       R"(<profile>default</profile><quota>default</quota></%s>)";
+    char defaultUser[512];
+    char uploader[512];
+    std::snprintf(defaultUser, sizeof defaultUser, user, "default", "", "default");
+    std::snprintf(uploader, sizeof uploader, user, "uploader", "secret", "uploader");
+    std::ofstream(root + "/users.xml")
+        << "<?xml version=\"1.0\"?>\n<yandex>\n"
+        << "    <profiles><default><max_memory_usage>4000000000</max_memory_usage>"
+        // A loaded machine answers a shard's connection later than the default 50 ms.
+        << "<connect_timeout_with_failover_ms>2000</connect_timeout_with_failover_ms>"
+        << "</default></profiles>\n"
+        << "    <users>" << defaultUser << uploader << "</users>\n"
+        << "    <quotas><default><interval><duration>3600</duration><queries>0</queries>"
+        << "<errors>0</errors><result_rows>0</result_rows><read_rows>0</read_rows>"
+        << "<execution_time>0</execution_time></interval></default></quotas>\n"
+        << "</yandex>\n";
+}
+
+// The data goes with the temporary directory: no need to wait for a clean shutdown, which takes
+// seconds with Distributed tables.
+ClickHouseServer::~ClickHouseServer()
+{
+    Kill();
+}
+
+void ClickHouseServer::Start()
+{
+    const std::string binary = ServerBinary();
+    if (binary.empty())
+    {
+        throw std::runtime_error("clickhouse-server is not installed (./build.sh installs it)");
+    }
+    const std::string config = "--config-file=" + m_directory.path().toStdString() + "/config.xml";
+    const pid_t parent = ::getpid();
+    const pid_t pid = ::fork();
+    if (pid == 0)
+    {
+        // Only async-signal-safe calls until exec: the calling process has threads.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != parent)
+        {
+            ::_exit(1);
+        }
+        const int null = ::open("/dev/null", O_RDWR);
+        ::dup2(null, STDIN_FILENO);
+        ::dup2(null, STDOUT_FILENO);
+        ::dup2(null, STDERR_FILENO);
+        ::execl(binary.c_str(), binary.c_str(), config.c_str(), static_cast<char*>(nullptr));
+        ::_exit(127);
+    }
+    if (pid < 0)
+    {
+        throw std::runtime_error("cannot start clickhouse-server");
+    }
+    m_pid = pid;
+    if (!WaitUntilAnswering())
+    {
+        Kill();
+        throw std::runtime_error("clickhouse-server does not answer on port " +
+                                 std::to_string(m_ports.http) + "\n" + ErrorLogTail());
+    }
+}
+
+bool ClickHouseServer::WaitUntilAnswering()
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (std::chrono::steady_clock::now() < deadline)
+    {
+        int status = 0;
+        if (::waitpid(m_pid, &status, WNOHANG) == m_pid)
+        {
+            m_pid = -1;
+            return false;
+        }
+        if (HttpPost(m_ports.http, "/", "SELECT 1").body == "1\n")
+        {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return false;
+}
+
+void ClickHouseServer::Kill()
+{
+    if (m_pid > 0)
+    {
+        ::kill(m_pid, SIGKILL);
+        ::waitpid(m_pid, nullptr, 0);
+        m_pid = -1;
+    }
+}
+
+void ClickHouseServer::Stop()
+{
+    if (m_pid <= 0)
+    {
+        return;
+    }
+    ::kill(m_pid, SIGTERM);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (std::chrono::steady_clock::now() < deadline)
+    {
+        if (::waitpid(m_pid, nullptr, WNOHANG) == m_pid)
+        {
+            m_pid = -1;
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    Kill();
+}
+
+std::string ClickHouseServer::Query(const std::string& sql, const std::string& database) const
+{
+    const std::string target = database.empty() ? "/" : "/?database=" + UrlEncoded(database);
+    const HttpReply reply = HttpPost(m_ports.http, target, sql);
+    if (reply.status != 200)
+    {
+        throw std::runtime_error("HTTP " + std::to_string(reply.status) + " for " + sql + "\n" +
+                                 reply.body);
+    }
+    return reply.body;
+}
+
+void ClickHouseServer::CreateDatabase(const std::string& database, const std::string& sqlFile) const
+{
+    Query("CREATE DATABASE IF NOT EXISTS " + database);
+    for (const std::string& statement : SqlStatements(sqlFile))
+    {
+        Query(statement, database);
+    }
+}
+
+std::string ClickHouseServer::ErrorLogTail() const
+{
+    QFile log(m_directory.filePath("server.err.log"));
+    if (!log.open(QIODevice::ReadOnly))
+    {
+        return {};
+    }
+    const QByteArray text = log.readAll();
+    return text.right(4000).toStdString();
+}
+
+std::vector<std::string> SqlStatements(const std::string& sqlFile, const std::string& name)
+{
+    std::ifstream file(sqlFile);
+    if (!file.good())
+    {
+        throw std::runtime_error("cannot read " + sqlFile);
+    }
+    std::vector<std::string> statements;
+    std::string statement;
+    std::string line;
+    bool wanted = name.empty();
+    while (std::getline(file, line))
+    {
+        if (line.rfind("--", 0) == 0)
+        {
+            if (!name.empty() && line == "-- query: " + name)
+            {
+                wanted = true;
+            }
+            continue;
+        }
+        statement += line + '\n';
+        const std::size_t end = line.find_last_not_of(" \t");
+        if (end != std::string::npos && line[end] == ';')
+        {
+            statement.erase(statement.find_last_of(';'));
+            if (wanted && statement.find_first_not_of(" \n\t") != std::string::npos)
+            {
+                statements.push_back(statement);
+                if (!name.empty())
+                {
+                    break;
+                }
+            }
+            statement.clear();
+        }
+    }
+    return statements;
+}
+
+}  // namespace KtStoreTest
