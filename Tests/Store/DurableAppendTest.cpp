@@ -186,6 +186,39 @@ KT_ROWS(DurableAppendSizeCapTest,
          CapRow{"NumberedDropsLowest", Naming::Numbered, 4096, 3, 500, 10},
          CapRow{"NumberedWithoutLimitKeepsAll", Naming::Numbered, 4096, 0, 500, 10}});
 
+// A file is full exactly at its size: the line that reaches it stays, one byte more rotates.
+struct BoundaryRow
+{
+    const char* label;
+    Naming naming;
+    std::vector<std::size_t> lineBytes;  // each line's length with its line end
+    std::vector<qint64> fileSizes;       // oldest first
+};
+
+using DurableAppendRotationBoundaryTest = KtTest::Table<BoundaryRow>;
+
+TEST_P(DurableAppendRotationBoundaryTest, RotatesOnlyPastTheSize)
+{
+    const BoundaryRow& row = GetParam();
+    QTemporaryDir directory;
+    {
+        RotatingAppendFile files("events", 100, 3, row.naming);
+        ASSERT_TRUE(files.Open(directory.path().toStdString()));
+        for (const std::size_t bytes : row.lineBytes)
+        {
+            ASSERT_TRUE(files.Append(std::string(bytes - 1, 'x') + '\n'));
+        }
+    }
+    EXPECT_EQ(ReadStored(directory.path(), row.naming).fileSizes, row.fileSizes);
+}
+
+KT_ROWS(DurableAppendRotationBoundaryTest,
+        {BoundaryRow{"ReachesTheSize", Naming::Shifting, {60, 40}, {100}},
+         BoundaryRow{"OneBytePast", Naming::Shifting, {60, 41}, {60, 41}},
+         BoundaryRow{"FullThenOneByte", Naming::Shifting, {100, 1}, {100, 1}},
+         BoundaryRow{"NumberedReachesTheSize", Naming::Numbered, {99, 1, 1}, {100, 1}},
+         BoundaryRow{"NumberedOneBytePast", Naming::Numbered, {50, 51}, {50, 51}}});
+
 // Numbered files are never renamed: a position in one stays valid while lines are added.
 TEST(DurableAppendTest, NumberedRotationRenamesNothing)
 {
