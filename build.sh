@@ -100,7 +100,11 @@ export LSAN_OPTIONS="${LSAN_OPTIONS:-suppressions=$PWD/.ci/lsan.supp:print_suppr
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
 export TSAN_OPTIONS="${TSAN_OPTIONS:-suppressions=$PWD/.ci/tsan.supp:halt_on_error=1:second_deadlock_stack=1}"
 
+# Each target is compiled as a few unity sources, with line tables as its debug information
+# (backtraces and sanitizer reports keep their files and lines): less than half the build time of
+# one compilation per source with full debug information.
 configure_args=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DKT_QT_MAJOR_VERSION="$qt"
+                -DCMAKE_UNITY_BUILD=ON "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g1 -DNDEBUG"
                 -DKT_TRACKING_SANITIZE="$sanitize"
                 -DKT_TRACKING_PAIRED_BUILD_DIR="${KT_PAIRED_BUILD_DIR:-}")
 # Sanitizer builds exist to run tests: no benchmarks or examples there.

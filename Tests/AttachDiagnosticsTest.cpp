@@ -39,9 +39,9 @@ namespace
 // A main window with a panel and a side panel, its actions kept by a registry (so that only the
 // pass over the windows' actions reaches them), and twenty more windows of several kinds, none
 // with actions.
-struct Windows
+struct TwentyOneWindows
 {
-    Windows()
+    TwentyOneWindows()
     {
         main.setObjectName("MainWindow");
         registry.setObjectName("actionRegistry");
@@ -74,16 +74,16 @@ struct Windows
     std::vector<std::unique_ptr<QWidget>> others;
 };
 
-struct Section
+struct EntriesSection
 {
     std::unique_ptr<Config::KtmStat> model;
     Config::GuiLines lines;
 };
 
 // `entries` begin on line 2 of the document.
-Section Read(const std::string& entries)
+EntriesSection ReadEntries(const std::string& entries)
 {
-    Section section;
+    EntriesSection section;
     std::istringstream input("<ktmstat><gui>\n" + entries + "</gui></ktmstat>\n");
     section.model = Config::ktmstat(input, section.lines, ::xml_schema::flags::dont_validate);
     return section;
@@ -117,8 +117,8 @@ using AttachDiagnosisTest = KtTest::Table<DiagnosisRow>;
 // The attach of all windows, as the statistics manager makes it at start-up.
 TEST_P(AttachDiagnosisTest, SaysWhatExplainsTheEntry)
 {
-    const Section section = Read(GetParam().entries);
-    Windows windows;
+    const EntriesSection section = ReadEntries(GetParam().entries);
+    TwentyOneWindows windows;
     GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
     handler.SetConfig(*section.model->gui(), section.lines);
     std::vector<AttachReport> reports;
@@ -220,10 +220,10 @@ KT_ROWS(
 // window attached later; the later window's report has problems only if it brings new ones.
 TEST(AttachDiagnosisOnceTest, SectionProblemsAreSaidOncePerDocument)
 {
-    const Section section = Read(
+    const EntriesSection section = ReadEntries(
         "<widget id=\"panel\"><button id=\"titleLabel\"><clicked-event event=\"T\"/>"
         "</button></widget>\n<object id=\"a::b\"/>\n");
-    Windows windows;
+    TwentyOneWindows windows;
     GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
     std::vector<AttachReport> reports;
     handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
@@ -250,13 +250,13 @@ TEST(AttachDiagnosisOnceTest, SectionProblemsAreSaidOncePerDocument)
 // made live: the later window had no pass over its actions, so its action is hooked once.
 TEST(AttachDiagnosisMatchTest, LaterWindowMatchedAsItWasAttached)
 {
-    const Section section = Read(
+    const EntriesSection section = ReadEntries(
         "<widget id=\"MainWindow\"><button id=\"pushButtonStart\"><clicked-event "
         "event=\"S\"/></button></widget>\n"
         "<widget id=\"LaterDialog\"><show-event event=\"L\"/></widget>\n"
         "<action id=\"action.*\" idIsRegExp=\"true\"><triggered-event event=\"A\"/>"
         "</action>\n");
-    Windows windows;
+    TwentyOneWindows windows;
     auto tracker = std::make_shared<KtTest::RecordingTracker>();
     GuiHandler handler(tracker);
     handler.SetConfig(*section.model->gui(), section.lines);
@@ -317,10 +317,10 @@ using AttachDiagnosisLogTest = KtTest::Table<LogRow>;
 
 TEST_P(AttachDiagnosisLogTest, SaysAsMuchAsAskedFor)
 {
-    const Section section = Read(
+    const EntriesSection section = ReadEntries(
         "<widget id=\"panel\"><button id=\"titleLabel\"><clicked-event event=\"T\"/></button>"
         "<button id=\"pushButtonStart\"><clicked-event event=\"S\"/></button></widget>\n");
-    Windows windows;
+    TwentyOneWindows windows;
     GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
     handler.SetConfig(*section.model->gui(), section.lines, "Config.xml");
     KtTest::LogCapture log;

@@ -3,6 +3,7 @@
 #include "GlobalHotkeyManager.h"
 #include "HostServices.h"
 #include "HostWidgets.h"
+#include "Named.h"
 #include "Recorder.h"
 
 #include "UI/AbstractPresetButton.h"
@@ -23,13 +24,6 @@ namespace Velkor::Demo
 
 namespace
 {
-
-template <class Widget>
-Widget* Named(Widget* widget, const QString& name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
 
 QAction* NamedAction(const QString& name, const QString& text, QObject* parent)
 {

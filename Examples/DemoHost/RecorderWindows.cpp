@@ -1,6 +1,7 @@
 #include "RecorderWindows.h"
 
 #include "HostWidgets.h"
+#include "Named.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -22,13 +23,6 @@ QPushButton* Button(const QString& name, const QString& text, QWidget* parent,
     // Enter in a dialog's text field confirms the field, never presses a button.
     button->setAutoDefault(false);
     return button;
-}
-
-template <class Widget>
-Widget* Named(Widget* widget, const QString& name)
-{
-    widget->setObjectName(name);
-    return widget;
 }
 
 }  // namespace

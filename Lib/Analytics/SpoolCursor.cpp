@@ -45,12 +45,12 @@ SpoolPosition SpoolCursor::Load()
 {
     SpoolPosition position;
     const FileDescriptor file(::open(m_path.c_str(), O_RDONLY | O_CLOEXEC));
-    Slot slots[2] = {};
-    if (!file.valid() || ::pread(file.get(), slots, sizeof slots, 0) != sizeof slots)
+    Slot saved[2] = {};
+    if (!file.valid() || ::pread(file.get(), saved, sizeof saved, 0) != sizeof saved)
     {
         return position;
     }
-    for (const Slot& slot : slots)
+    for (const Slot& slot : saved)
     {
         if (slot.sequence > m_sequence && slot.check == CheckOf(slot))
         {

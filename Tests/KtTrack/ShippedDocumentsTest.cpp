@@ -23,7 +23,7 @@ namespace
 
 const std::string kDir = SOURCE_CONFIG_DIR "/";
 
-struct Outcome
+struct CheckOutcome
 {
     int code;
     std::string out;
@@ -31,7 +31,7 @@ struct Outcome
 };
 
 // `dir` is also left out of the findings.
-Outcome Check(const std::vector<std::string>& args, const std::string& dir = kDir)
+CheckOutcome Check(const std::vector<std::string>& args, const std::string& dir = kDir)
 {
     std::istringstream in;
     std::ostringstream out;
@@ -80,9 +80,9 @@ std::string SizeFinding(const std::string& file)
 
 TEST(ShippedDocumentsTest, CheckFindsOnlyTheRangesBounds)
 {
-    const Outcome run = Check({"check", kDir + "Config.xml", kDir + "FilterConfig.xml",
-                               kDir + "AggregatorConfig.xml", "+", kDir + "ConfigGACA.xml",
-                               kDir + "FilterConfigGACA.xml", kDir + "AggregatorConfig.xml"});
+    const CheckOutcome run = Check({"check", kDir + "Config.xml", kDir + "FilterConfig.xml",
+                                    kDir + "AggregatorConfig.xml", "+", kDir + "ConfigGACA.xml",
+                                    kDir + "FilterConfigGACA.xml", kDir + "AggregatorConfig.xml"});
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.out, "5 documents checked: 0 errors, 22 warnings\n");
     const std::string full = "FilterConfig.xml";
@@ -139,7 +139,7 @@ TEST_P(BrokenMainDocumentTest, IsReported)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(text.data(), qint64(text.size()));
     file.close();
-    const Outcome run =
+    const CheckOutcome run =
         Check({"check", path, kDir + "FilterConfig.xml", kDir + "AggregatorConfig.xml"},
               dir.path().toStdString() + "/");
     const std::string lines = std::regex_replace(run.err, std::regex(":[0-9]+: "), ":#: ");

@@ -109,7 +109,7 @@ TEST(SpoolTest, RestartResumesAtTheSavedCursor)
     EXPECT_EQ(reopened.GetCounts().backlog, 0u);
 }
 
-struct CapRow
+struct SpoolCapRow
 {
     const char* label;
     std::uint64_t cap;
@@ -121,13 +121,13 @@ struct CapRow
     int expectedDropped;
 };
 
-using SpoolCapTest = KtTest::Table<CapRow>;
+using SpoolCapTest = KtTest::Table<SpoolCapRow>;
 
 // The files never hold more than the cap; the oldest go first, what is lost is counted, and
 // logged once.
 TEST_P(SpoolCapTest, DropsTheOldestUnsentSegmentsAndCountsThem)
 {
-    const CapRow& row = GetParam();
+    const SpoolCapRow& row = GetParam();
     QTemporaryDir directory;
     KtTest::LogCapture log;
     Spool spool(Limits(row.cap, row.segment));
@@ -168,8 +168,8 @@ TEST_P(SpoolCapTest, DropsTheOldestUnsentSegmentsAndCountsThem)
 
 KT_ROWS(SpoolCapTest,
         {// Ten segments fit; 200 lines lose ten segments of ten.
-         CapRow{"OverTheCap", 100 * 21, 10 * 21, 200, false, 100},
-         CapRow{"InFlightSegmentDeliveredAfterAll", 100 * 21, 10 * 21, 200, true, 90}});
+         SpoolCapRow{"OverTheCap", 100 * 21, 10 * 21, 200, false, 100},
+         SpoolCapRow{"InFlightSegmentDeliveredAfterAll", 100 * 21, 10 * 21, 200, true, 90}});
 
 // Withdrawn consent: every unsent line goes, nothing is stored until it is given again.
 TEST(SpoolTest, DiscardDeletesTheUnsentLines)

@@ -32,13 +32,6 @@ bool SendAll(int fd, const std::string& data)
     return true;
 }
 
-std::string Lower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
 }  // namespace
 
 HttpReply HttpPost(int port, const std::string& target, const std::string& body,
@@ -97,6 +90,13 @@ HttpReply HttpPost(int port, const std::string& target, const std::string& body,
     }
     reply.body = raw.substr(headEnd + 4);
     return reply;
+}
+
+std::string Lower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
 }
 
 std::string Gunzip(const std::string& compressed)

@@ -24,6 +24,9 @@ struct HttpReply
 HttpReply HttpPost(int port, const std::string& target, const std::string& body,
                    const Headers& headers = {});
 
+// `text` in lower case (ASCII), as header names are compared.
+std::string Lower(std::string text);
+
 // The content of a gzip member (what the uploader posts); empty when it is not one.
 std::string Gunzip(const std::string& compressed);
 

@@ -14,13 +14,6 @@ namespace KtStoreTest
 namespace
 {
 
-std::string Lower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
 const char* Reason(int status)
 {
     switch (status)

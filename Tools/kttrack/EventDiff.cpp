@@ -1,5 +1,6 @@
 #include "EventDiff.h"
 
+#include "RuleText.h"
 #include "Tracking/Events/EventJson.h"
 
 #include <algorithm>
@@ -15,13 +16,6 @@ namespace
 // Above this many cells the pairing by common names would cost too much memory; events are then
 // paired by position.
 constexpr std::size_t kMaxAlignmentCells = 4'000'000;
-
-std::string Quoted(const std::string& text)
-{
-    std::string out;
-    Tracking::AppendJsonString(out, text);
-    return out;
-}
 
 // Pairs of (expected index, delivered index); -1 on one side for an unpaired event.
 std::vector<std::pair<long, long>> Align(const std::vector<NumberedEvent>& expected,

@@ -41,7 +41,7 @@ const char* TypeName(const QJsonValue& value)
     return "nothing";
 }
 
-std::string Quoted(const QString& text)
+std::string QuotedKey(const QString& text)
 {
     std::string out;
     Tracking::AppendJsonString(out, text.toStdString());
@@ -79,7 +79,7 @@ Tracking::Event ParseLine(const QByteArray& line, const std::string& where)
     {
         if (it.key() != QLatin1String("name") && it.key() != QLatin1String("params"))
         {
-            throw ToolError(where + "unknown key " + Quoted(it.key()) +
+            throw ToolError(where + "unknown key " + QuotedKey(it.key()) +
                             " (an event has only \"name\" and \"params\")");
         }
     }
@@ -107,7 +107,7 @@ Tracking::Event ParseLine(const QByteArray& line, const std::string& where)
     {
         if (!it.value().isString())
         {
-            throw ToolError(where + "value of " + Quoted(it.key()) + " must be a string, not " +
+            throw ToolError(where + "value of " + QuotedKey(it.key()) + " must be a string, not " +
                             TypeName(it.value()));
         }
         event.params[it.key().toStdString()] = it.value().toString().toStdString();

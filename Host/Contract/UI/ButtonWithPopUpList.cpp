@@ -59,7 +59,7 @@ class ButtonWithPopUpList::Private
 public:
     QStringList items;
     int currentIndex = -1;
-    PopUpList* popUp = nullptr;
+    QListWidget* popUp = nullptr;  // a PopUpList
 };
 
 ButtonWithPopUpList::ButtonWithPopUpList(QWidget* parent)

@@ -12,7 +12,8 @@
 namespace Velkor::KT::Tracking
 {
 
-namespace
+// Named rather than anonymous: the handler's Private, declared in a header, holds the registry.
+namespace QtEventRegistry
 {
 
 namespace bmi = boost::multi_index;
@@ -46,7 +47,9 @@ using Registry = bmi::multi_index_container<
         bmi::ordered_non_unique<bmi::tag<ByObject>,
                                 bmi::member<Registration, QObject*, &Registration::object>>>>;
 
-}  // namespace
+}  // namespace QtEventRegistry
+
+using namespace QtEventRegistry;
 
 class QtEventHandler::Private
 {
