@@ -23,7 +23,7 @@
 #include <QTemporaryDir>
 
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <string>
 
 using namespace Velkor::Analytics;
@@ -34,65 +34,31 @@ using KtStoreTest::SqlStatements;
 namespace
 {
 
-const std::string kQueries = KT_STORE_DIR "/queries.sql";
-
 // Every query's answer as a table under its name, dates written as <day>: the session's events
-// carry the time they were uploaded.
-std::string Answers(const ClickHouseServer& server, const std::string& database)
+// carry the time they were uploaded; as the expected tables in Tests/Store/Data/<file>.
+void ExpectAnswers(const std::string& database, const std::string& file)
 {
-    std::ifstream file(kQueries);
-    std::string line;
     std::string answers;
-    while (std::getline(file, line))
+    for (const auto& [name, sql] : SqlStatements(KT_STORE_DIR "/queries.sql"))
     {
-        if (line.rfind("-- query: ", 0) == 0)
-        {
-            const std::string name = line.substr(10);
-            const auto statements = SqlStatements(kQueries, name);
-            EXPECT_EQ(statements.size(), 1u) << name;
-            answers += line + "\n" +
-                       server.Query(statements.at(0) + " FORMAT TabSeparatedWithNames", database);
-        }
+        answers +=
+            "-- query: " + name + "\n" +
+            ClickHouseServer::Shared().Query(sql + " FORMAT TabSeparatedWithNames", database);
     }
-    return QString::fromStdString(answers)
-        .replace(QRegularExpression(R"(\b\d{4}-\d\d-\d\d\b)"), "<day>")
-        .toStdString();
+    std::ifstream expected(KT_STORE_TEST_DATA "/" + file);
+    EXPECT_EQ(QString::fromStdString(answers)
+                  .replace(QRegularExpression(R"(\b\d{4}-\d\d-\d\d\b)"), "<day>")
+                  .toStdString(),
+              std::string(std::istreambuf_iterator<char>(expected), {}));
 }
 
-std::string Expected(const std::string& name)
+TEST(StoreQueriesTest, AnswerOnTheReplayedDemoSession)
 {
-    std::ifstream file(KT_STORE_TEST_DATA "/" + name);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-class StoreQueriesTest : public testing::Test
-{
-protected:
-    static void SetUpTestSuite()
-    {
-        s_server = new ClickHouseServer();
-        ASSERT_NO_THROW(s_server->Start());
-    }
-
-    static void TearDownTestSuite()
-    {
-        delete s_server;
-        s_server = nullptr;
-    }
-
-    static ClickHouseServer* s_server;
-};
-
-ClickHouseServer* StoreQueriesTest::s_server = nullptr;
-
-TEST_F(StoreQueriesTest, AnswerOnTheReplayedDemoSession)
-{
-    ASSERT_NO_THROW(s_server->CreateDatabase("replayed", KT_STORE_DIR "/schema.sql"));
+    ASSERT_NO_THROW(
+        ClickHouseServer::Shared().CreateDatabase("replayed", KT_STORE_DIR "/schema.sql"));
     QTemporaryDir directory;
     UploadOptions options;
-    options.url = s_server->Url();
+    options.url = ClickHouseServer::Shared().Url();
     options.database = "replayed";
     options.applicationVersion = "3.1.0";  // the demo host's
     auto uploader = UploadingApplicationTracker::Create(options);
@@ -124,21 +90,21 @@ TEST_F(StoreQueriesTest, AnswerOnTheReplayedDemoSession)
         }
     }
     ASSERT_TRUE(uploader->Flush(std::chrono::seconds(60))) << uploader->Counters().lastError;
-    EXPECT_EQ(Answers(*s_server, "replayed"), Expected("DemoSessionQueries.expected"));
+    ExpectAnswers("replayed", "DemoSessionQueries.expected");
 }
 
 #ifdef KT_DEMO_HOST
 // The demo host uploads its own sessions and waits until they are drained: a first start, and a
 // second start on the same data that finds a session which failed in between.
-TEST_F(StoreQueriesTest, AnswerOnTheDemoHostsUploads)
+TEST(StoreQueriesTest, AnswerOnTheDemoHostsUploads)
 {
-    ASSERT_NO_THROW(s_server->CreateDatabase("kt", KT_STORE_DIR "/schema.sql"));
+    ASSERT_NO_THROW(ClickHouseServer::Shared().CreateDatabase("kt", KT_STORE_DIR "/schema.sql"));
     QTemporaryDir data;
     const auto play = [&](const char* expectedCounters)
     {
         QProcess demo;
         demo.start(KT_DEMO_HOST, {"--data-dir", data.path(), "--upload",
-                                  QString::fromStdString(s_server->Url())});
+                                  QString::fromStdString(ClickHouseServer::Shared().Url())});
         ASSERT_TRUE(demo.waitForFinished(120000));
         const std::string errors = demo.readAllStandardError().toStdString();
         ASSERT_EQ(demo.exitCode(), 0) << errors;
@@ -150,7 +116,7 @@ TEST_F(StoreQueriesTest, AnswerOnTheDemoHostsUploads)
     marker.write("seq=1\n");
     marker.close();
     play(", 0 left");
-    EXPECT_EQ(Answers(*s_server, "kt"), Expected("DemoHostQueries.expected"));
+    ExpectAnswers("kt", "DemoHostQueries.expected");
 }
 #endif
 

@@ -3,14 +3,11 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QTcpServer>
-#include <QTextStream>
-#include <QUrl>
 
 #include <chrono>
 #include <fstream>
 #include <random>
 #include <set>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -23,23 +20,6 @@
 namespace KtStoreTest
 {
 
-namespace
-{
-
-std::string ServerBinary()
-{
-    const QString found = QStandardPaths::findExecutable(
-        "clickhouse-server", {"/usr/sbin", "/usr/bin", "/usr/local/bin"});
-    return found.toStdString();
-}
-
-std::string UrlEncoded(const std::string& text)
-{
-    return QUrl::toPercentEncoding(QString::fromStdString(text)).toStdString();
-}
-
-}  // namespace
-
 ClickHouseServer::Ports ClickHouseServer::FreePorts()
 {
     // Below the kernel's range for ephemeral ports (32768 and up), so that no bind to port 0 of
@@ -47,12 +27,11 @@ ClickHouseServer::Ports ClickHouseServer::FreePorts()
     // never twice in one process.
     static std::mt19937 random(std::random_device{}());
     static std::set<int> handedOut;
-    std::uniform_int_distribution<int> draw(20000, 32000);
-    const auto freePort = [&]
+    const auto freePort = []
     {
         for (;;)
         {
-            const int port = draw(random);
+            const int port = std::uniform_int_distribution<int>(20000, 32000)(random);
             QTcpServer probe;
             if (handedOut.insert(port).second &&
                 probe.listen(QHostAddress::LocalHost, static_cast<quint16>(port)))
@@ -63,6 +42,16 @@ ClickHouseServer::Ports ClickHouseServer::FreePorts()
     };
     const int http = freePort();
     return {http, freePort()};
+}
+
+ClickHouseServer& ClickHouseServer::Shared()
+{
+    static ClickHouseServer server;
+    if (server.m_pid <= 0)
+    {
+        server.Start();
+    }
+    return server;
 }
 
 ClickHouseServer::ClickHouseServer(Ports ports, std::vector<int> shards) : m_ports(ports)
@@ -115,16 +104,11 @@ ClickHouseServer::ClickHouseServer(Ports ports, std::vector<int> shards) : m_por
         << "</yandex>\n";
 }
 
-// The data goes with the temporary directory: no need to wait for a clean shutdown, which takes
-// seconds with Distributed tables.
-ClickHouseServer::~ClickHouseServer()
-{
-    Kill();
-}
-
 void ClickHouseServer::Start()
 {
-    const std::string binary = ServerBinary();
+    const std::string binary =
+        QStandardPaths::findExecutable("clickhouse-server", {"/usr/sbin", "/usr/bin"})
+            .toStdString();
     if (binary.empty())
     {
         throw std::runtime_error("clickhouse-server is not installed (./build.sh installs it)");
@@ -152,32 +136,27 @@ void ClickHouseServer::Start()
         throw std::runtime_error("cannot start clickhouse-server");
     }
     m_pid = pid;
-    if (!WaitUntilAnswering())
-    {
-        Kill();
-        throw std::runtime_error("clickhouse-server does not answer on port " +
-                                 std::to_string(m_ports.http) + "\n" + ErrorLogTail());
-    }
-}
-
-bool ClickHouseServer::WaitUntilAnswering()
-{
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (std::chrono::steady_clock::now() < deadline)
+    int ended = 0;
+    while ((ended = ::waitpid(pid, nullptr, WNOHANG)) == 0 &&
+           std::chrono::steady_clock::now() < deadline)
     {
-        int status = 0;
-        if (::waitpid(m_pid, &status, WNOHANG) == m_pid)
-        {
-            m_pid = -1;
-            return false;
-        }
         if (HttpPost(m_ports.http, "/", "SELECT 1").body == "1\n")
         {
-            return true;
+            return;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
-    return false;
+    if (ended == 0)  // still running, too slow
+    {
+        Kill();
+    }
+    m_pid = -1;
+    QFile log(m_directory.filePath("server.err.log"));
+    log.open(QIODevice::ReadOnly);
+    throw std::runtime_error("clickhouse-server does not answer on port " +
+                             std::to_string(m_ports.http) + "\n" +
+                             log.readAll().right(4000).toStdString());
 }
 
 void ClickHouseServer::Kill()
@@ -190,30 +169,9 @@ void ClickHouseServer::Kill()
     }
 }
 
-void ClickHouseServer::Stop()
-{
-    if (m_pid <= 0)
-    {
-        return;
-    }
-    ::kill(m_pid, SIGTERM);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (std::chrono::steady_clock::now() < deadline)
-    {
-        if (::waitpid(m_pid, nullptr, WNOHANG) == m_pid)
-        {
-            m_pid = -1;
-            return;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    Kill();
-}
-
 std::string ClickHouseServer::Query(const std::string& sql, const std::string& database) const
 {
-    const std::string target = database.empty() ? "/" : "/?database=" + UrlEncoded(database);
-    const HttpReply reply = HttpPost(m_ports.http, target, sql);
+    const HttpReply reply = HttpPost(m_ports.http, "/?database=" + database, sql);
     if (reply.status != 200)
     {
         throw std::runtime_error("HTTP " + std::to_string(reply.status) + " for " + sql + "\n" +
@@ -225,58 +183,42 @@ std::string ClickHouseServer::Query(const std::string& sql, const std::string& d
 void ClickHouseServer::CreateDatabase(const std::string& database, const std::string& sqlFile) const
 {
     Query("CREATE DATABASE IF NOT EXISTS " + database);
-    for (const std::string& statement : SqlStatements(sqlFile))
+    for (const SqlStatement& statement : SqlStatements(sqlFile))
     {
-        Query(statement, database);
+        Query(statement.sql, database);
     }
 }
 
-std::string ClickHouseServer::ErrorLogTail() const
-{
-    QFile log(m_directory.filePath("server.err.log"));
-    if (!log.open(QIODevice::ReadOnly))
-    {
-        return {};
-    }
-    const QByteArray text = log.readAll();
-    return text.right(4000).toStdString();
-}
-
-std::vector<std::string> SqlStatements(const std::string& sqlFile, const std::string& name)
+std::vector<SqlStatement> SqlStatements(const std::string& sqlFile)
 {
     std::ifstream file(sqlFile);
     if (!file.good())
     {
         throw std::runtime_error("cannot read " + sqlFile);
     }
-    std::vector<std::string> statements;
-    std::string statement;
+    std::vector<SqlStatement> statements;
+    SqlStatement statement;
     std::string line;
-    bool wanted = name.empty();
     while (std::getline(file, line))
     {
+        if (line.rfind("-- query: ", 0) == 0)
+        {
+            statement.name = line.substr(10);
+        }
         if (line.rfind("--", 0) == 0)
         {
-            if (!name.empty() && line == "-- query: " + name)
-            {
-                wanted = true;
-            }
             continue;
         }
-        statement += line + '\n';
+        statement.sql += line + '\n';
         const std::size_t end = line.find_last_not_of(" \t");
         if (end != std::string::npos && line[end] == ';')
         {
-            statement.erase(statement.find_last_of(';'));
-            if (wanted && statement.find_first_not_of(" \n\t") != std::string::npos)
+            statement.sql.erase(statement.sql.find_last_of(';'));
+            if (statement.sql.find_first_not_of(" \n\t") != std::string::npos)
             {
                 statements.push_back(statement);
-                if (!name.empty())
-                {
-                    break;
-                }
             }
-            statement.clear();
+            statement = {};
         }
     }
     return statements;

@@ -25,11 +25,13 @@ public:
 
     // Ports nobody listens on now.
     static Ports FreePorts();
+    // The server of the whole program, started on the first call and again after a Kill().
+    static ClickHouseServer& Shared();
 
     // `shards`: the TCP ports of the servers that form the cluster "kt_shards"
     // (Store/schema-sharded.sql), this one among them.
     explicit ClickHouseServer(Ports ports = FreePorts(), std::vector<int> shards = {});
-    ~ClickHouseServer();
+    ~ClickHouseServer() { Kill(); }  // the data goes with the directory: no clean shutdown
 
     ClickHouseServer(const ClickHouseServer&) = delete;
     ClickHouseServer& operator=(const ClickHouseServer&) = delete;
@@ -39,31 +41,30 @@ public:
     void Start();
     // SIGKILL, and waits for the process to end.
     void Kill();
-    // SIGTERM, and waits for the process to end (SIGKILL after 30 s).
-    void Stop();
 
     const Ports& GetPorts() const { return m_ports; }
     std::string Url() const { return "http://127.0.0.1:" + std::to_string(m_ports.http) + "/"; }
 
-    // Runs one statement in `database` (none: "default") and answers what it gives; throws
-    // std::runtime_error with the server's message for a reply other than 200.
-    std::string Query(const std::string& sql, const std::string& database = {}) const;
+    // Runs one statement in `database` and answers what it gives; throws std::runtime_error with
+    // the server's message for a reply other than 200.
+    std::string Query(const std::string& sql, const std::string& database = "default") const;
     // Creates `database` and runs the statements of `sqlFile` in it (throws as Query()).
     void CreateDatabase(const std::string& database, const std::string& sqlFile) const;
-    // The last lines of the server's error log, for a failure's message.
-    std::string ErrorLogTail() const;
 
 private:
-    bool WaitUntilAnswering();
-
     QTemporaryDir m_directory;
     Ports m_ports;
     int m_pid = -1;
 };
 
+struct SqlStatement
+{
+    std::string name;  // from the line "-- query: <name>" before it, if there is one
+    std::string sql;
+};
+
 // The statements of a .sql file: split where a line ends with ';', comment lines left out.
-// With `name`, only the statement after the line "-- query: <name>". Throws std::runtime_error
-// when the file cannot be read.
-std::vector<std::string> SqlStatements(const std::string& sqlFile, const std::string& name = {});
+// Throws std::runtime_error when the file cannot be read.
+std::vector<SqlStatement> SqlStatements(const std::string& sqlFile);
 
 }  // namespace KtStoreTest
