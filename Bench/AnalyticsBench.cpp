@@ -8,7 +8,7 @@
 // - the memory a backlog of 1,000,000 events costs, against the reference tracker writing the
 //   same events, and the rate at which that backlog drains;
 // - the time from Track until the event can be queried, with the default batch age and with none.
-// The ClickHouse server is the store tests' own (Tests/Store/Support), started on free ports.
+// The ClickHouse server is the store tests' own (Tests/Support), started on free ports.
 
 #include "Analytics/AnalyticsConstants.h"
 #include "Analytics/BatchBuilder_p.h"
@@ -131,13 +131,6 @@ private:
     const Properties m_defaults{{SID, "session"}};
 };
 
-std::string ClosedUrl()
-{
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost, 0);
-    return "http://127.0.0.1:" + std::to_string(server.serverPort()) + "/";
-}
-
 long ResidentKiB(const char* field = "VmRSS:")
 {
     std::ifstream status("/proc/self/status");
@@ -152,21 +145,49 @@ long ResidentKiB(const char* field = "VmRSS:")
     return 0;
 }
 
-ClickHouseServer& Store()
+// The store's table kt.events, empty.
+ClickHouseServer& EmptyStore()
 {
-    static ClickHouseServer* server = []
+    ClickHouseServer& store = ClickHouseServer::Shared();
+    store.CreateDatabase("kt", KT_STORE_DIR "/schema.sql");
+    store.Query("TRUNCATE TABLE events", "kt");
+    return store;
+}
+
+// An uploader's options with the store away (a closed port) and a spool of 1 GiB, or into the
+// store.
+UploadOptions Options(bool storeAway)
+{
+    UploadOptions options;
+    if (storeAway)
     {
-        auto* started = new ClickHouseServer();
-        started->Start();
-        started->CreateDatabase("kt", KT_STORE_DIR "/schema.sql");
-        return started;
-    }();
-    return *server;
+        QTcpServer server;
+        server.listen(QHostAddress::LocalHost, 0);
+        options.url = "http://127.0.0.1:" + std::to_string(server.serverPort()) + "/";
+        options.minRetryDelay = std::chrono::minutes(10);
+    }
+    else
+    {
+        options.url = ClickHouseServer::Shared().Url();
+    }
+    options.spoolCapBytes = 1ull << 30;
+    options.applicationVersion = "3.1.0";
+    return options;
 }
 
 RefPtr<UploadingApplicationTracker> Uploader(UploadOptions options, const QString& directory)
 {
     auto tracker = UploadingApplicationTracker::Create(options);
+    tracker->Initialize({{SID, "session"}}, "recorder", directory.toStdString());
+    return tracker;
+}
+
+// The reference JSON Lines tracker, in one file.
+RefPtr<JsonLinesApplicationTracker> Reference(const QString& directory)
+{
+    JsonLinesApplicationTracker::Options options;
+    options.maxFileBytes = 1ull << 40;
+    auto tracker = JsonLinesApplicationTracker::Create(options);
     tracker->Initialize({{SID, "session"}}, "recorder", directory.toStdString());
     return tracker;
 }
@@ -195,17 +216,8 @@ void BM_TrackSideBySide(benchmark::State& state)
         QTemporaryDir directory;
         QDir(directory.path()).mkpath("before");
         TrackerAsBefore before((directory.path() + "/before").toStdString());
-        JsonLinesApplicationTracker::Options referenceOptions;
-        referenceOptions.maxFileBytes = 1ull << 40;
-        auto reference = JsonLinesApplicationTracker::Create(referenceOptions);
-        reference->Initialize({{SID, "session"}}, "recorder",
-                              (directory.path() + "/reference").toStdString());
-        UploadOptions options;
-        options.url = ClosedUrl();
-        options.spoolCapBytes = 4ull << 30;
-        options.minRetryDelay = std::chrono::minutes(10);
-        options.applicationVersion = "3.1.0";
-        auto uploader = Uploader(options, directory.path() + "/uploader");
+        auto reference = Reference(directory.path() + "/reference");
+        auto uploader = Uploader(Options(true), directory.path() + "/uploader");
 
         std::vector<double> asBefore, asNow, uploading;
         const auto turn = [&](auto&& track, std::vector<double>& times)
@@ -246,7 +258,7 @@ void BM_DrainSideBySide(benchmark::State& state)
 {
     std::vector<std::string> bodies;
     {
-        const ClickHouseSink sink(QUrl(QString::fromStdString(Store().Url())), UploadOptions());
+        const ClickHouseSink sink(QUrl("http://store:8123/"), UploadOptions());
         const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
         EventLineFields fields;
         std::string body;
@@ -273,13 +285,9 @@ void BM_DrainSideBySide(benchmark::State& state)
         double floor = 0;
         for (int round = 0; round < 3; ++round)
         {
-            Store().Query("TRUNCATE TABLE events", "kt");
+            EmptyStore();
             QTemporaryDir directory;
-            UploadOptions options;
-            options.url = Store().Url();
-            options.applicationVersion = "3.1.0";
-            options.spoolCapBytes = 1ull << 30;
-            auto uploader = Uploader(options, directory.path());
+            auto uploader = Uploader(Options(false), directory.path());
             auto start = Clock::now();
             for (int i = 0; i < kDrainEvents; ++i)
             {
@@ -292,12 +300,11 @@ void BM_DrainSideBySide(benchmark::State& state)
                     kDrainEvents / std::chrono::duration<double>(Clock::now() - start).count());
             }
 
-            Store().Query("TRUNCATE TABLE events", "kt");
+            const int port = EmptyStore().GetPorts().http;
             start = Clock::now();
             for (const std::string& batch : bodies)
             {
-                KtStoreTest::HttpPost(Store().GetPorts().http, target, batch,
-                                      {{"Content-Encoding", "gzip"}});
+                KtStoreTest::HttpPost(port, target, batch, {{"Content-Encoding", "gzip"}});
             }
             floor = std::max(
                 floor, kDrainEvents / std::chrono::duration<double>(Clock::now() - start).count());
@@ -354,10 +361,7 @@ void BM_BacklogOfAMillion(benchmark::State& state)
         const long before = ResidentKiB();
         if (reference)
         {
-            JsonLinesApplicationTracker::Options options;
-            options.maxFileBytes = 1ull << 40;
-            auto tracker = JsonLinesApplicationTracker::Create(options);
-            tracker->Initialize({{SID, "session"}}, "recorder", directory.path().toStdString());
+            auto tracker = Reference(directory.path());
             for (int i = 0; i < kBacklog; ++i)
             {
                 tracker->Track("CAPTURE_STOP", TenProperties());
@@ -365,13 +369,8 @@ void BM_BacklogOfAMillion(benchmark::State& state)
             state.counters["growth MB"] = (ResidentKiB() - before) / 1024.0;
             continue;
         }
-        UploadOptions options;
-        options.url = ClosedUrl();
-        options.spoolCapBytes = 1ull << 30;
-        options.minRetryDelay = std::chrono::minutes(10);
-        options.applicationVersion = "3.1.0";
         {
-            auto uploader = Uploader(options, directory.path());
+            auto uploader = Uploader(Options(true), directory.path());
             for (int i = 0; i < kBacklog; ++i)
             {
                 uploader->Track("CAPTURE_STOP", TenProperties());
@@ -380,10 +379,10 @@ void BM_BacklogOfAMillion(benchmark::State& state)
             state.counters["backlog"] = static_cast<double>(uploader->Counters().backlog);
         }
         // Drained by the next start, the peak of resident memory meanwhile.
-        Store().Query("TRUNCATE TABLE events", "kt");
+        EmptyStore();
         std::ofstream("/proc/self/clear_refs") << "5";
         const long restart = ResidentKiB();
-        options.url = Store().Url();
+        UploadOptions options = Options(false);
         options.minRetryDelay = std::chrono::seconds(1);
         const auto start = Clock::now();
         auto uploader = Uploader(options, directory.path());
@@ -403,12 +402,11 @@ BENCHMARK(BM_BacklogOfAMillion)->DenseRange(0, 1)->Iterations(1)->Unit(benchmark
 // batch age in milliseconds (5000 is the default; 0 sends every event as soon as it comes).
 void BM_TrackToQueryable(benchmark::State& state)
 {
+    ClickHouseServer& store = EmptyStore();
     QTemporaryDir directory;
-    UploadOptions options;
-    options.url = Store().Url();
+    UploadOptions options = Options(false);
     options.maxBatchAge = std::chrono::milliseconds(state.range(0));
     auto uploader = Uploader(options, directory.path());
-    Store().Query("TRUNCATE TABLE events", "kt");
     int probe = 0;
     for (auto _ : state)
     {
@@ -419,7 +417,7 @@ void BM_TrackToQueryable(benchmark::State& state)
             "SELECT count() FROM events WHERE name = 'PROBE' AND "
             "params.value[indexOf(params.key, 'N')] = '" +
             value + "'";
-        while (Store().Query(query, "kt") != "1\n")
+        while (store.Query(query, "kt") != "1\n")
         {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
