@@ -113,43 +113,21 @@ HttpStub::HttpStub(Handler handler) : m_handler(std::move(handler))
     m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address = Loopback(0);
     socklen_t length = sizeof address;
-    if (::bind(m_listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-        ::listen(m_listener, 16) != 0 ||
-        ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+    if (::bind(m_listener, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+        ::listen(m_listener, 16) == 0 &&
+        ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) == 0)
     {
-        return;
+        m_port = ntohs(address.sin_port);
+        m_thread = std::thread([this] { Serve(); });
     }
-    m_port = ntohs(address.sin_port);
-    m_acceptor = std::thread(
-        [this]
-        {
-            int fd;
-            while ((fd = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0)
-            {
-                std::lock_guard<std::mutex> lock(m_mutex);
-                m_connections.push_back(fd);
-                m_servers.emplace_back([this, fd] { Serve(fd); });
-            }
-        });
 }
 
 HttpStub::~HttpStub()
 {
-    ::shutdown(m_listener, SHUT_RDWR);
-    if (m_acceptor.joinable())
+    ::shutdown(m_listener, SHUT_RDWR);  // accept() fails
+    if (m_thread.joinable())
     {
-        m_acceptor.join();
-    }
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        for (const int fd : m_connections)
-        {
-            ::shutdown(fd, SHUT_RDWR);
-        }
-    }
-    for (auto& server : m_servers)
-    {
-        server.join();
+        m_thread.join();
     }
     ::close(m_listener);
 }
@@ -160,68 +138,63 @@ std::vector<HttpStub::Request> HttpStub::Requests() const
     return m_requests;
 }
 
-void HttpStub::Serve(int fd)
+void HttpStub::Serve()
 {
-    std::string buffer;
-    while (Answer(fd, buffer))
+    int fd;
+    while ((fd = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0)
     {
-    }
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_connections.erase(std::find(m_connections.begin(), m_connections.end(), fd));
-    ::shutdown(fd, SHUT_RDWR);
-    ::close(fd);
-}
-
-bool HttpStub::Answer(int fd, std::string& buffer)
-{
-    std::size_t headEnd;
-    while ((headEnd = buffer.find("\r\n\r\n")) == std::string::npos)
-    {
-        if (!Fill(fd, buffer, buffer.size() + 1))
+        std::string buffer;
+        std::size_t headEnd;
+        while ((headEnd = buffer.find("\r\n\r\n")) == std::string::npos &&
+               Fill(fd, buffer, buffer.size() + 1))
         {
-            return false;
         }
-    }
-    Request request;
-    request.received = std::chrono::steady_clock::now();
-    const std::size_t firstEnd = buffer.find("\r\n");
-    const std::size_t space = buffer.find(' ');
-    request.target = buffer.substr(space + 1, buffer.rfind(' ', firstEnd) - space - 1);
-    for (std::size_t line = firstEnd + 2; line < headEnd;)
-    {
-        const std::size_t end = buffer.find("\r\n", line);
-        const std::size_t colon = buffer.find(':', line);
-        if (colon < end)
+        Request request;
+        request.received = std::chrono::steady_clock::now();
+        const std::size_t firstEnd = buffer.find("\r\n");
+        const std::size_t space = buffer.find(' ');
+        request.target = buffer.substr(space + 1, buffer.rfind(' ', firstEnd) - space - 1);
+        for (std::size_t line = firstEnd + 2; line < headEnd && headEnd != std::string::npos;)
         {
-            std::string name = buffer.substr(line, colon - line);
-            std::transform(name.begin(), name.end(), name.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-            std::string value = buffer.substr(colon + 1, end - colon - 1);
-            request.headers[name] = value.erase(0, value.find_first_not_of(' '));
+            const std::size_t end = buffer.find("\r\n", line);
+            const std::size_t colon = buffer.find(':', line);
+            if (colon < end)
+            {
+                std::string name = buffer.substr(line, colon - line);
+                std::transform(name.begin(), name.end(), name.begin(),
+                               [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+                std::string value = buffer.substr(colon + 1, end - colon - 1);
+                request.headers[name] = value.erase(0, value.find_first_not_of(' '));
+            }
+            line = end + 2;
         }
-        line = end + 2;
+        const std::size_t length =
+            std::strtoul(request.headers["content-length"].c_str(), nullptr, 10);
+        if (headEnd != std::string::npos && Fill(fd, buffer, headEnd + 4 + length))
+        {
+            request.rawBody = buffer.substr(headEnd + 4, length);
+            request.body = request.headers["content-encoding"] == "gzip" ? Gunzip(request.rawBody)
+                                                                         : request.rawBody;
+            {
+                std::lock_guard<std::mutex> lock(m_mutex);
+                m_requests.push_back(request);
+            }
+            const Reply reply = m_handler(request);
+            std::string text =
+                "HTTP/1.1 " + std::to_string(reply.status) +
+                " -\r\nConnection: close\r\nContent-Length: " + std::to_string(reply.body.size()) +
+                "\r\n";
+            for (const auto& [name, value] : reply.headers)
+            {
+                text += name + ": " + value + "\r\n";
+            }
+            if (!reply.hangUp)
+            {
+                SendAll(fd, text + "\r\n" + reply.body);
+            }
+        }
+        ::close(fd);
     }
-    const std::size_t length = std::strtoul(request.headers["content-length"].c_str(), nullptr, 10);
-    if (!Fill(fd, buffer, headEnd + 4 + length))
-    {
-        return false;
-    }
-    request.rawBody = buffer.substr(headEnd + 4, length);
-    buffer.erase(0, headEnd + 4 + length);
-    request.body =
-        request.headers["content-encoding"] == "gzip" ? Gunzip(request.rawBody) : request.rawBody;
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        m_requests.push_back(request);
-    }
-    const Reply reply = m_handler(request);
-    std::string text = "HTTP/1.1 " + std::to_string(reply.status) +
-                       " -\r\nContent-Length: " + std::to_string(reply.body.size()) + "\r\n";
-    for (const auto& [name, value] : reply.headers)
-    {
-        text += name + ": " + value + "\r\n";
-    }
-    return !reply.hangUp && SendAll(fd, text + "\r\n" + reply.body);
 }
 
 }  // namespace KtStoreTest

@@ -29,7 +29,8 @@ HttpReply HttpPost(int port, const std::string& target, const std::string& body,
 
 // A small HTTP/1.1 server on a free port of 127.0.0.1 that answers every request as its handler
 // says, for the replies a real store does not give on demand, or to stand between the uploader
-// and a real store. Every request is kept, its body unzipped. Each connection has a thread.
+// and a real store. Every request is kept, its body unzipped. One thread answers one request at
+// a time, each on a connection of its own (Connection: close).
 class HttpStub
 {
 public:
@@ -64,17 +65,14 @@ public:
     std::vector<Request> Requests() const;
 
 private:
-    void Serve(int fd);
-    bool Answer(int fd, std::string& buffer);  // one request; false: the connection is over
+    void Serve();
 
     Handler m_handler;
     int m_listener = -1;
     int m_port = 0;
-    std::thread m_acceptor;
+    std::thread m_thread;
     mutable std::mutex m_mutex;
     std::vector<Request> m_requests;
-    std::vector<int> m_connections;
-    std::vector<std::thread> m_servers;
 };
 
 }  // namespace KtStoreTest
