@@ -73,8 +73,7 @@ Stored ReadStored(const QString& directory, Naming naming)
 struct TornRow
 {
     const char* label;
-    Naming naming;
-    const char* file;  // the current file before opening
+    Naming naming;  // the current file: events.jsonl, or events.7.jsonl when numbered
     std::string existing;
     std::vector<std::string> linesAfter;  // after one more line "NEW"
 };
@@ -85,42 +84,33 @@ TEST_P(DurableAppendTornTailTest, OpeningCutsTheIncompleteLastLine)
 {
     const TornRow& row = GetParam();
     QTemporaryDir directory;
+    const QString current =
+        directory.filePath(row.naming == Naming::Shifting ? "events.jsonl" : "events.7.jsonl");
     {
-        QFile file(directory.filePath(row.file));
+        QFile file(current);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(QByteArray::fromStdString(row.existing));
     }
     RotatingAppendFile files("events", 1 << 20, 3, row.naming);
     ASSERT_TRUE(files.Open(directory.path().toStdString()));
     ASSERT_TRUE(files.Append("NEW\n"));
-    EXPECT_EQ(files.CurrentPath(), directory.filePath(row.file).toStdString());
+    EXPECT_EQ(files.CurrentPath(), current.toStdString());
 
     const Stored stored = ReadStored(directory.path(), row.naming);
     EXPECT_TRUE(stored.allEndInNewline);
     EXPECT_EQ(stored.lines, row.linesAfter);
 }
 
-KT_ROWS(DurableAppendTornTailTest,
-        {TornRow{"EmptyFile", Naming::Shifting, "events.jsonl", "", {"NEW"}},
-         TornRow{"CompleteLinesKept",
-                 Naming::Shifting,
-                 "events.jsonl",
-                 "OLD\nOLD\n",
-                 {"OLD", "OLD", "NEW"}},
-         TornRow{"TornLineCut", Naming::Shifting, "events.jsonl", "OLD\nHAL", {"OLD", "NEW"}},
-         TornRow{"OnlyATornLine", Naming::Shifting, "events.jsonl", "HAL", {"NEW"}},
-         // Longer than the scanning buffer, so the newline is found a chunk back.
-         TornRow{"LongTornLineCut",
-                 Naming::Shifting,
-                 "events.jsonl",
-                 "OLD\n" + std::string(200 * 1024, 'x'),
-                 {"OLD", "NEW"}},
-         // Numbered: the highest number is the current file, and the one that can be torn.
-         TornRow{"NumberedHighestIsCurrent",
-                 Naming::Numbered,
-                 "events.7.jsonl",
-                 "OLD\nHAL",
-                 {"OLD", "NEW"}}});
+KT_ROWS(
+    DurableAppendTornTailTest,
+    {TornRow{"EmptyFile", Naming::Shifting, "", {"NEW"}},
+     {"CompleteLinesKept", Naming::Shifting, "OLD\nOLD\n", {"OLD", "OLD", "NEW"}},
+     {"TornLineCut", Naming::Shifting, "OLD\nHAL", {"OLD", "NEW"}},
+     {"OnlyATornLine", Naming::Shifting, "HAL", {"NEW"}},
+     // Longer than the scanning buffer, so the newline is found a chunk back.
+     {"LongTornLineCut", Naming::Shifting, "OLD\n" + std::string(200 * 1024, 'x'), {"OLD", "NEW"}},
+     // Numbered: the highest number is the current file, and the one that can be torn.
+     {"NumberedHighestIsCurrent", Naming::Numbered, "OLD\nHAL", {"OLD", "NEW"}}});
 
 // --- Size cap ---------------------------------------------------------------------------------
 

@@ -1,10 +1,8 @@
 // Spool lines: what the writer makes of hostile texts reads back unchanged, what it could not
-// have written is refused, and a batch passes over the refused lines.
+// have written is refused.
 
-#include "Analytics/BatchBuilder_p.h"
 #include "Analytics/EventLineFormat_p.h"
 #include "Analytics/EventLineReader_p.h"
-#include "Analytics/NdjsonSink_p.h"
 
 #include "Support/Table.h"
 
@@ -14,9 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QUrl>
 
-#include <set>
 #include <string>
 
 using namespace Velkor::Analytics;
@@ -77,22 +73,6 @@ KT_ROWS(EventLineTextTest,
          {"NewlinesAndControls", std::string("a\nb\r\tc\x01\x7f", 9)},
          {"SixtyFourKiB", std::string(64 * 1024, 'v')}});
 
-// Ids are 128 random bits in the text form of a UUID, a new one per line.
-TEST(EventLineTest, EveryLineHasItsOwnId)
-{
-    std::set<std::string> ids;
-    EventLineFields fields;
-    for (int i = 0; i < 1000; ++i)
-    {
-        std::string line;
-        AppendEventLine(line, {}, "E", {});
-        line.pop_back();
-        ASSERT_TRUE(ReadEventLine(line, fields));
-        ids.insert(std::string(fields.id));
-    }
-    EXPECT_EQ(ids.size(), 1000u);
-}
-
 struct DamagedRow
 {
     const char* label;
@@ -136,34 +116,5 @@ KT_ROWS(EventLineDamagedTest,
          {"TimeWithoutMilliseconds", Replaced(kGood, "30.123Z", "30Z")},
          {"NumberValue", Replaced(kGood, R"("K":"V")", R"("K":5)")},
          {"UnclosedParams", kGood.substr(0, kGood.size() - 1)}});
-
-// Damaged lines are passed over and counted; the batch ends after its last event.
-TEST(EventLineTest, BatchesPassOverDamagedLines)
-{
-    std::string data;
-    for (int i = 0; i < 5; ++i)
-    {
-        AppendEventLine(data, {}, "E" + std::to_string(i), {});
-        if (i == 1)
-        {
-            data += kGood.substr(0, 40) + "\n" + std::string("\x01\x02\xff\n", 4);
-        }
-    }
-    const NdjsonSink sink(QUrl("http://store/"), {});
-    Batch batch;
-    BuildBatch(data, 3, sink, batch);
-    EXPECT_EQ(batch.events.size(), 3u);
-    EXPECT_EQ(batch.damagedLines, 2u);
-    EXPECT_EQ(batch.consumedLines, 5u);
-    EXPECT_NE(batch.events.back().find("\"name\":\"E2\""), std::string_view::npos);
-    EXPECT_EQ(data.substr(0, batch.consumedBytes).back(), '\n');
-    EXPECT_EQ(data.find("\"E3\"") > batch.consumedBytes, true);
-    EXPECT_EQ(batch.body, std::string(batch.events[0]) + "\n" + std::string(batch.events[1]) +
-                              "\n" + std::string(batch.events[2]) + "\n");
-
-    BuildBatch(data.substr(batch.consumedBytes), 10, sink, batch);
-    EXPECT_EQ(batch.events.size(), 2u);
-    EXPECT_EQ(batch.damagedLines, 0u);
-}
 
 }  // namespace

@@ -327,7 +327,7 @@ struct SinkRow
 using UploaderSinkTest = KtTest::Table<SinkRow>;
 
 // Each store gets its request: ClickHouse an INSERT with the user and key in headers, a log
-// shipper the spool's lines with its own headers; both gzip-compressed.
+// shipper the spool's lines with its own headers; both gzip-compressed, a line per event.
 TEST_P(UploaderSinkTest, PostsTheStoresRequest)
 {
     const SinkRow& row = GetParam();
@@ -343,6 +343,7 @@ TEST_P(UploaderSinkTest, PostsTheStoresRequest)
     options.installationId = "inst-1";
     auto tracker = Started(options, directory.path());
     ASSERT_TRUE(tracker->Track("CAPTURE_START", {{"FPS", "30"}}));
+    ASSERT_TRUE(tracker->Track("CAPTURE_STOP", {}));
     ASSERT_TRUE(tracker->Flush(std::chrono::seconds(30)));
 
     const auto requests = stub.Requests();
@@ -353,8 +354,9 @@ TEST_P(UploaderSinkTest, PostsTheStoresRequest)
     const std::string header = row.header;
     const std::string name = header.substr(0, header.find(':'));
     EXPECT_EQ(request.headers.at(name), header.substr(name.size() + 2));
-    const QJsonObject line =
-        QJsonDocument::fromJson(QByteArray::fromStdString(request.body)).object();
+    const QList<QByteArray> lines = QByteArray::fromStdString(request.body).split('\n');
+    ASSERT_EQ(lines.size(), 3) << request.body;  // a line each, and the end of the last
+    const QJsonObject line = QJsonDocument::fromJson(lines[0]).object();
     EXPECT_TRUE(line.contains(row.rowKey)) << request.body;
     EXPECT_EQ(line.value("name").toString(), "CAPTURE_START");
     EXPECT_EQ(line.value("version").toString() + line.value("ver").toString(), "3.1.0");
