@@ -14,7 +14,6 @@
 #include "Analytics/BatchBuilder_p.h"
 #include "Analytics/ClickHouseSink_p.h"
 #include "Analytics/EventLineFormat_p.h"
-#include "Analytics/EventLineReader_p.h"
 #include "Analytics/Gzip_p.h"
 #include "Analytics/JsonLinesApplicationTracker.h"
 #include "Analytics/JsonText.h"
@@ -64,6 +63,18 @@ const Properties& TenProperties()
         return p;
     }();
     return properties;
+}
+
+// `count` spool lines of the typical event.
+std::string SpoolLines(int count)
+{
+    const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
+    std::string data;
+    for (int i = 0; i < count; ++i)
+    {
+        AppendEventLine(data, context, "CAPTURE_STOP", TenProperties());
+    }
+    return data;
 }
 
 // The reference tracker's line as it was before it gained the id, the installation and the
@@ -257,26 +268,15 @@ constexpr int kDrainEvents = 200000;
 void BM_DrainSideBySide(benchmark::State& state)
 {
     std::vector<std::string> bodies;
+    const std::string data = SpoolLines(kDrainEvents);
+    const ClickHouseSink sink(QUrl("http://store:8123/"), UploadOptions());
+    Batch batch;
+    for (std::size_t at = 0; at < data.size(); at += batch.consumedBytes)
     {
-        const ClickHouseSink sink(QUrl("http://store:8123/"), UploadOptions());
-        const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
-        EventLineFields fields;
-        std::string body;
-        for (int i = 0; i < kDrainEvents; ++i)
-        {
-            std::string line;
-            AppendEventLine(line, context, "CAPTURE_STOP", TenProperties());
-            line.pop_back();
-            ReadEventLine(line, fields);
-            sink.AppendRow(body, line, fields);
-            if ((i + 1) % 10000 == 0)
-            {
-                QByteArray compressed;
-                Gzip(body, 1, compressed);
-                bodies.push_back(compressed.toStdString());
-                body.clear();
-            }
-        }
+        BuildBatch(std::string_view(data).substr(at), 10000, sink, batch);
+        QByteArray compressed;
+        Gzip(batch.body, 1, compressed);
+        bodies.push_back(compressed.toStdString());
     }
     const std::string target = "/?query=INSERT%20INTO%20kt.events%20FORMAT%20JSONEachRow";
     for (auto _ : state)
@@ -320,12 +320,7 @@ BENCHMARK(BM_DrainSideBySide)->Iterations(1)->Unit(benchmark::kSecond);
 // its row (argument 0: the line as it is, NDJSON; 1: ClickHouse's row), and gzip at level 1.
 void BM_MakeBatch(benchmark::State& state)
 {
-    const EventLineContext context{"recorder", "installation", "3.1.0", {{SID, "session"}}};
-    std::string data;
-    for (int i = 0; i < 10000; ++i)
-    {
-        AppendEventLine(data, context, "CAPTURE_STOP", TenProperties());
-    }
+    const std::string data = SpoolLines(10000);
     const UploadOptions options;
     const QUrl url("http://store:8123/");
     const std::unique_ptr<Sink> sink =
