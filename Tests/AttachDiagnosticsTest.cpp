@@ -2,14 +2,11 @@
 // misses of entries that matched nothing, how conditions stand, and no false problems; the
 // offline match of a later window as it was attached live; and the verbose log.
 
-#include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/AttachReport.h"
-#include "Tracking/Gui/GuiHandler.h"
 #include "Tracking/Gui/ObjectTree.h"
 
 #include "Support/LogCapture.h"
 #include "Support/Named.h"
-#include "Support/RecordingTracker.h"
+#include "Support/ReportingHandler.h"
 #include "Support/Table.h"
 
 #include <gtest/gtest.h>
@@ -28,10 +25,10 @@
 #include <string>
 #include <vector>
 
-namespace Config = Velkor::KT::Tracking::Config;
+using KtTest::GuiDocument;
 using KtTest::Named;
+using KtTest::ReportingHandler;
 using Velkor::KT::Tracking::AttachReport;
-using Velkor::KT::Tracking::GuiHandler;
 
 namespace
 {
@@ -74,21 +71,6 @@ struct TwentyOneWindows
     std::vector<std::unique_ptr<QWidget>> others;
 };
 
-struct EntriesSection
-{
-    std::unique_ptr<Config::KtmStat> model;
-    Config::GuiLines lines;
-};
-
-// `entries` begin on line 2 of the document.
-EntriesSection ReadEntries(const std::string& entries)
-{
-    EntriesSection section;
-    std::istringstream input("<ktmstat><gui>\n" + entries + "</gui></ktmstat>\n");
-    section.model = Config::ktmstat(input, section.lines, ::xml_schema::flags::dont_validate);
-    return section;
-}
-
 // The report's lines for what it found of each entry: its objects' lines (with a condition's
 // verdict), its warnings and its notes; the entries' own lines and the summary left out.
 std::vector<std::string> Findings(const AttachReport& report)
@@ -117,13 +99,10 @@ using AttachDiagnosisTest = KtTest::Table<DiagnosisRow>;
 // The attach of all windows, as the statistics manager makes it at start-up.
 TEST_P(AttachDiagnosisTest, SaysWhatExplainsTheEntry)
 {
-    const EntriesSection section = ReadEntries(GetParam().entries);
     TwentyOneWindows windows;
-    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
-    handler.SetConfig(*section.model->gui(), section.lines);
-    std::vector<AttachReport> reports;
-    handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
-    handler.AttachAllTopLevelWindows();
+    ReportingHandler handler(GuiDocument(GetParam().entries));
+    handler.handler.AttachAllTopLevelWindows();
+    const std::vector<AttachReport>& reports = handler.reports;
     ASSERT_EQ(reports.size(), 1u);
     EXPECT_EQ(reports.front().AttachedTo(), "21 top-level windows and 2 actions");
     EXPECT_EQ(Findings(reports.front()), GetParam().findings);
@@ -167,11 +146,6 @@ KT_ROWS(
       {"doc.xml:3: note: button \"settingsButton\": the object "
        "'MainWindow/sidePanel/settingsButton' named 'settingsButton', where the entry does not "
        "look: it looks below what its widget entry (line 2) found: 'MainWindow/panel'"}},
-     {"RightNameWrongClass",
-      "<widget id=\"panel\"><button id=\"titleLabel\"><clicked-event event=\"T\"/></button>"
-      "</widget>\n",
-      {"doc.xml:2: warning: button \"titleLabel\": 'MainWindow/panel/titleLabel' is a QLabel, "
-       "which a button entry does not take (it takes QAbstractButton)"}},
      // A widget of the action's name in another window explains nothing: the action matched.
      {"WrongClassElsewhereWhileMatched",
       "<action id=\"actionAbout\"><triggered-event event=\"A\"/></action>\n",
@@ -220,14 +194,12 @@ KT_ROWS(
 // window attached later; the later window's report has problems only if it brings new ones.
 TEST(AttachDiagnosisOnceTest, SectionProblemsAreSaidOncePerDocument)
 {
-    const EntriesSection section = ReadEntries(
-        "<widget id=\"panel\"><button id=\"titleLabel\"><clicked-event event=\"T\"/>"
-        "</button></widget>\n<object id=\"a::b\"/>\n");
     TwentyOneWindows windows;
-    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
-    std::vector<AttachReport> reports;
-    handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
-    handler.SetConfig(*section.model->gui(), section.lines);
+    ReportingHandler section(
+        GuiDocument("<widget id=\"panel\"><button id=\"titleLabel\"><clicked-event event=\"T\"/>"
+                    "</button></widget>\n<object id=\"a::b\"/>\n"));
+    auto& handler = section.handler;
+    const std::vector<AttachReport>& reports = section.reports;
     handler.Attach(windows.others[0].get());
     handler.Attach(windows.others[1].get());
     handler.Attach(&windows.main);
@@ -250,19 +222,15 @@ TEST(AttachDiagnosisOnceTest, SectionProblemsAreSaidOncePerDocument)
 // made live: the later window had no pass over its actions, so its action is hooked once.
 TEST(AttachDiagnosisMatchTest, LaterWindowMatchedAsItWasAttached)
 {
-    const EntriesSection section = ReadEntries(
-        "<widget id=\"MainWindow\"><button id=\"pushButtonStart\"><clicked-event "
-        "event=\"S\"/></button></widget>\n"
-        "<widget id=\"LaterDialog\"><show-event event=\"L\"/></widget>\n"
-        "<action id=\"action.*\" idIsRegExp=\"true\"><triggered-event event=\"A\"/>"
-        "</action>\n");
     TwentyOneWindows windows;
-    auto tracker = std::make_shared<KtTest::RecordingTracker>();
-    GuiHandler handler(tracker);
-    handler.SetConfig(*section.model->gui(), section.lines);
-    std::vector<AttachReport> live;
-    handler.SetAttachReportSink([&](const AttachReport& report) { live.push_back(report); });
-    handler.AttachAllTopLevelWindows();
+    ReportingHandler section(
+        GuiDocument("<widget id=\"MainWindow\"><button id=\"pushButtonStart\"><clicked-event "
+                    "event=\"S\"/></button></widget>\n"
+                    "<widget id=\"LaterDialog\"><show-event event=\"L\"/></widget>\n"
+                    "<action id=\"action.*\" idIsRegExp=\"true\"><triggered-event event=\"A\"/>"
+                    "</action>\n"));
+    const std::vector<AttachReport>& live = section.reports;
+    section.handler.AttachAllTopLevelWindows();
     QDialog later;
     later.setObjectName("LaterDialog");
     QAction* save = Named<QAction>("actionSave", &later);
@@ -298,9 +266,9 @@ TEST(AttachDiagnosisMatchTest, LaterWindowMatchedAsItWasAttached)
     EXPECT_EQ(hooked(live)[3],
               (std::vector<std::string>{"LaterDialog/actionSave", "actionRegistry/actionAbout",
                                         "actionRegistry/actionQuit"}));
-    tracker->Clear();
+    section.tracker->Clear();
     save->trigger();
-    EXPECT_EQ(tracker->Names(), std::vector<std::string>{"A"});
+    EXPECT_EQ(section.tracker->Names(), std::vector<std::string>{"A"});
 }
 
 // The verbose log: nothing at level 0; at level 1 one summary per attach, naming the document,
@@ -317,15 +285,15 @@ using AttachDiagnosisLogTest = KtTest::Table<LogRow>;
 
 TEST_P(AttachDiagnosisLogTest, SaysAsMuchAsAskedFor)
 {
-    const EntriesSection section = ReadEntries(
-        "<widget id=\"panel\"><button id=\"titleLabel\"><clicked-event event=\"T\"/></button>"
-        "<button id=\"pushButtonStart\"><clicked-event event=\"S\"/></button></widget>\n");
     TwentyOneWindows windows;
-    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
-    handler.SetConfig(*section.model->gui(), section.lines, "Config.xml");
+    ReportingHandler handler(
+        GuiDocument("<widget id=\"panel\"><button id=\"titleLabel\"><clicked-event event=\"T\"/>"
+                    "</button><button id=\"pushButtonStart\"><clicked-event event=\"S\"/>"
+                    "</button></widget>\n"),
+        "Config.xml");
     KtTest::LogCapture log;
     FLAGS_v = GetParam().verbosity;
-    handler.Attach(&windows.main);
+    handler.handler.Attach(&windows.main);
     FLAGS_v = 0;
     std::vector<std::string> lines;
     for (const auto& line : log.Lines())

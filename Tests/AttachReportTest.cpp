@@ -1,8 +1,5 @@
 // The attach report, the object tree dump and the offline match, on real widgets.
 
-#include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/AttachReport.h"
-#include "Tracking/Gui/GuiHandler.h"
 #include "Tracking/Gui/ObjectTree.h"
 #include "Tracking/Manager/StatisticsManager.h"
 
@@ -10,6 +7,7 @@
 #include "Support/LogCapture.h"
 #include "Support/Named.h"
 #include "Support/RecordingTracker.h"
+#include "Support/ReportingHandler.h"
 #include "Support/Table.h"
 
 #include <gtest/gtest.h>
@@ -22,16 +20,13 @@
 #include <QStringList>
 #include <QWidget>
 
-#include <algorithm>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
-namespace Config = Velkor::KT::Tracking::Config;
+using KtTest::ReportingHandler;
 using Velkor::KT::Tracking::AttachReport;
-using Velkor::KT::Tracking::GuiHandler;
 using Velkor::KT::Tracking::StatisticsManager;
 using Kind = AttachReport::ProblemKind;
 using KtTest::Named;
@@ -151,20 +146,6 @@ std::string Document(const std::vector<Line>& lines)
     return text;
 }
 
-struct Section
-{
-    std::unique_ptr<Config::KtmStat> model;
-    std::vector<int> lines;
-};
-
-Section Read(const std::string& text)
-{
-    Section section;
-    std::istringstream input(text);
-    section.model = Config::ktmstat(input, section.lines, ::xml_schema::flags::dont_validate);
-    return section;
-}
-
 // A statistics manager whose reports are kept.
 struct Manager
 {
@@ -251,7 +232,7 @@ TEST_P(AttachReportTest, DumpedTreeMatchesAsTheWindowsAttach)
 {
     const std::string document = Document(*GetParam().lines);
     Windows windows;
-    const Section section = Read(document);
+    const ReportingHandler section(document);
     QString error;
     const AttachReport offline = Velkor::KT::Tracking::MatchObjectTree(
         Velkor::KT::Tracking::DumpTopLevelWidgets(), *section.model->gui(), section.lines, &error);
@@ -310,15 +291,11 @@ using AttachReportTextTest = KtTest::Table<TextRow>;
 
 TEST_P(AttachReportTextTest, SaysWhatTheAttachMade)
 {
-    const Section section = Read("<ktmstat><gui>\n" + GetParam().entries + "</gui></ktmstat>\n");
     Windows windows;
-    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
-    handler.SetConfig(*section.model->gui(), section.lines);
-    std::vector<AttachReport> reports;
-    handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
-    handler.Attach(&windows.main, GetParam().targetOk ? windows.ok : nullptr);
-    ASSERT_EQ(reports.size(), 1u);
-    EXPECT_EQ(reports.front().ToText("doc.xml").toStdString(), GetParam().text);
+    ReportingHandler handler(KtTest::GuiDocument(GetParam().entries));
+    handler.handler.Attach(&windows.main, GetParam().targetOk ? windows.ok : nullptr);
+    ASSERT_EQ(handler.reports.size(), 1u);
+    EXPECT_EQ(handler.reports.front().ToText("doc.xml").toStdString(), GetParam().text);
 }
 
 KT_ROWS(
@@ -405,16 +382,12 @@ TEST(AttachReportEventsTest, HooksMadeTwiceSendAsTheReportSays)
 // A window attached by itself, when it gets its native window, is reported like any other.
 TEST(AttachReportAutoTest, NewWindowAttachedByItselfIsReported)
 {
-    const Section section = Read(Document(kCorrect));
-    GuiHandler handler(std::make_shared<KtTest::RecordingTracker>());
-    handler.SetConfig(*section.model->gui(), section.lines);
-    std::vector<AttachReport> reports;
-    handler.SetAttachReportSink([&](const AttachReport& report) { reports.push_back(report); });
+    ReportingHandler handler(Document(kCorrect));
     Windows windows;
     windows.main.show();
-    ASSERT_EQ(reports.size(), 1u);
-    EXPECT_EQ(reports.front().AttachedTo(), "'MainWindow'");
-    EXPECT_EQ(reports.front().UnmatchedCount(), 1);  // the action, attached on its own
+    ASSERT_EQ(handler.reports.size(), 1u);
+    EXPECT_EQ(handler.reports.front().AttachedTo(), "'MainWindow'");
+    EXPECT_EQ(handler.reports.front().UnmatchedCount(), 1);  // the action, attached on its own
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -77,22 +76,6 @@ KT_ROWS(FillerCreationTest,
          CreationRow{"DuplicatesAmongOthers",
                      {T::HyperPass, T::MonitorsConfig, T::HyperPass, T::MonitorsConfig},
                      {T::HyperPass, T::MonitorsConfig}}});
-
-TEST(FillerFactoryTest, HyperPassWithoutSettingsFailsButIsNeededOnlyWhenRequested)
-{
-    try
-    {
-        CreateAvailableFillers(nullptr, nullptr,
-                               {FillerTypes::AppLanguage, FillerTypes::HyperPass});
-        FAIL() << "created a HyperPass filler without conversion settings";
-    }
-    catch (const std::logic_error& error)
-    {
-        EXPECT_STREQ(error.what(), "NotNull can not initialized by null");
-    }
-    EXPECT_EQ(TypesOf(CreateAvailableFillers(nullptr, nullptr, {FillerTypes::AppConfig})),
-              std::vector<FillerTypes>{FillerTypes::AppConfig});
-}
 
 // --- What the library's own fillers write -----------------------------------------------------
 

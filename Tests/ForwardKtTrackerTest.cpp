@@ -109,12 +109,32 @@ private:
 
 using Recording = RefCounted<RecordingApplicationTracker>;
 
+// Analytics trackers that journal into `journal`, or none.
+ApplicationTrackerFactory::Creator JournalingCreator(Journal& journal, bool available = true)
+{
+    if (!available)
+    {
+        return {};
+    }
+    return [&journal] { return RefPtr<IApplicationTracker>(new Recording(journal)); };
+}
+
+// A forward tracker of the product "recorder", session "S1", over `endpoints`; analytics trackers
+// journal into `journal`.
 struct Fixture
 {
-    std::shared_ptr<CustomizationManager> customization =
-        std::make_shared<CustomizationManager>("recorder", "");
+    Fixture(Journal& journal, std::vector<std::shared_ptr<IKtTrackingEndpoint>> endpoints,
+            bool analyticsAvailable = true)
+        : creator(JournalingCreator(journal, analyticsAvailable)),
+          tracker(std::make_unique<ForwardKtTracker>(
+              std::make_shared<CustomizationManager>("recorder", ""), settings,
+              std::make_shared<SessionId>("S1"), ioPath("/d"), std::move(endpoints)))
+    {
+    }
+
+    ScopedApplicationTrackerCreator creator;
     std::shared_ptr<ProductSettings> settings = std::make_shared<ProductSettings>();
-    std::shared_ptr<SessionId> session = std::make_shared<SessionId>("S1");
+    std::unique_ptr<ForwardKtTracker> tracker;
 };
 
 // --- Delivery order ---------------------------------------------------------------------------
@@ -134,29 +154,22 @@ TEST_P(ForwardKtTrackerDeliveryTest, ReachesEndpointsInOrderThenAnalytics)
 {
     const DeliveryRow& row = GetParam();
     Journal journal;
-    ScopedApplicationTrackerCreator creator(
-        row.analyticsAvailable
-            ? ApplicationTrackerFactory::Creator(
-                  [&journal] { return RefPtr<IApplicationTracker>(new Recording(journal)); })
-            : ApplicationTrackerFactory::Creator());
-    Fixture fixture;
     std::vector<std::shared_ptr<IKtTrackingEndpoint>> endpoints;
     for (const auto& label : row.endpoints)
     {
         endpoints.push_back(std::make_shared<RecordingEndpoint>(label, journal));
     }
-    ForwardKtTracker tracker(fixture.customization, fixture.settings, fixture.session,
-                             ioPath("/data"), endpoints);
+    Fixture fixture(journal, endpoints, row.analyticsAvailable);
     for (std::size_t i = 0; i < row.allowed.size(); ++i)
     {
         fixture.settings->SetAllowSendStatistics(row.allowed[i] == '1');
-        tracker.Track(Event{"E" + std::to_string(i + 1),
-                            i == 0 ? Event::Params{{"K", "v"}} : Event::Params{}});
+        fixture.tracker->Track(Event{"E" + std::to_string(i + 1),
+                                     i == 0 ? Event::Params{{"K", "v"}} : Event::Params{}});
     }
     EXPECT_EQ(journal.entries, row.expected);
 }
 
-const char kInit[] = "init:recorder|/data SID=S1";
+const char kInit[] = "init:recorder|/d SID=S1";
 
 KT_ROWS(ForwardKtTrackerDeliveryTest,
         {{"PermissionIsReadForEveryEvent",
@@ -167,22 +180,26 @@ KT_ROWS(ForwardKtTrackerDeliveryTest,
            "analytics:E3"}},
          {"NoAnalyticsTrackerIsInert", {"A"}, false, "11", {"A:E1", "A:E2"}}});
 
-TEST(ForwardKtTrackerTest, ThrowingEndpointStopsTheLoopAndReachesTheCaller)
+// A throwing endpoint stops the loop and reaches the caller; destroyed, the tracker releases the
+// analytics tracker and the endpoints.
+TEST(ForwardKtTrackerTest, ThrowingEndpointReachesTheCallerAndDestructionReleasesAll)
 {
     Journal journal;
-    ScopedApplicationTrackerCreator creator(
-        [&journal] { return RefPtr<IApplicationTracker>(new Recording(journal)); });
-    Fixture fixture;
-    fixture.settings->SetAllowSendStatistics(true);
-    ForwardKtTracker tracker(fixture.customization, fixture.settings, fixture.session, ioPath("/d"),
-                             {std::make_shared<RecordingEndpoint>("A", journal),
-                              std::make_shared<RecordingEndpoint>("X", journal, true),
+    auto endpoint = std::make_shared<RecordingEndpoint>("A", journal);
+    const std::weak_ptr<RecordingEndpoint> weakEndpoint = endpoint;
+    Fixture fixture(journal, {endpoint, std::make_shared<RecordingEndpoint>("X", journal, true),
                               std::make_shared<RecordingEndpoint>("B", journal)});
+    endpoint.reset();
+    fixture.settings->SetAllowSendStatistics(true);
     const Event event{"E", {}};
-    EXPECT_THROW(tracker.Track(event), std::runtime_error);
+    EXPECT_THROW(fixture.tracker->Track(event), std::runtime_error);
     EXPECT_EQ(journal.entries, (std::vector<std::string>{"init:recorder|/d SID=S1", "A:E", "X:E"}));
     // Every endpoint gets the caller's event itself, not a copy.
     EXPECT_EQ(journal.addresses, (std::vector<const Event*>{nullptr, &event, &event}));
+    EXPECT_FALSE(weakEndpoint.expired());
+    fixture.tracker.reset();
+    EXPECT_EQ(journal.entries.back(), "destroyed");
+    EXPECT_TRUE(weakEndpoint.expired());
 }
 
 // --- Construction -----------------------------------------------------------------------------
@@ -204,8 +221,7 @@ TEST_P(ForwardKtTrackerInitTest, InitialisesTheAnalyticsTrackerOnce)
 {
     const InitRow& row = GetParam();
     Journal journal;
-    ScopedApplicationTrackerCreator creator(
-        [&journal] { return RefPtr<IApplicationTracker>(new Recording(journal)); });
+    ScopedApplicationTrackerCreator creator(JournalingCreator(journal));
     auto customization = row.withCustomization
                              ? std::make_shared<CustomizationManager>(row.product, row.partner)
                              : nullptr;
@@ -222,24 +238,5 @@ KT_ROWS(ForwardKtTrackerInitTest,
                  QString::fromUtf8("/home/j\xC3\xBCrgen/\xE6\x95\xB0\xE6\x8D\xAE"),
                  "init:recorder|/home/j\xC3\xBCrgen/\xE6\x95\xB0\xE6\x8D\xAE SID=S1"},
          InitRow{"NoCustomizationNoSession", "", "", false, false, "/d", "init:|/d SID="}});
-
-TEST(ForwardKtTrackerTest, ReleasesTheAnalyticsTrackerAndEndpointsWhenDestroyed)
-{
-    Journal journal;
-    ScopedApplicationTrackerCreator creator(
-        [&] { return RefPtr<IApplicationTracker>(new Recording(journal)); });
-    Fixture fixture;
-    auto endpoint = std::make_shared<RecordingEndpoint>("A", journal);
-    const std::weak_ptr<RecordingEndpoint> weakEndpoint = endpoint;
-    auto tracker = std::make_unique<ForwardKtTracker>(
-        fixture.customization, fixture.settings, fixture.session, ioPath("/d"),
-        std::vector<std::shared_ptr<IKtTrackingEndpoint>>{endpoint});
-    endpoint.reset();
-    EXPECT_EQ(journal.entries.back(), "init:recorder|/d SID=S1");
-    EXPECT_FALSE(weakEndpoint.expired());
-    tracker.reset();
-    EXPECT_EQ(journal.entries.back(), "destroyed");
-    EXPECT_TRUE(weakEndpoint.expired());
-}
 
 }  // namespace

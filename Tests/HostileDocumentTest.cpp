@@ -204,23 +204,6 @@ std::function<std::string(const std::string&)> Utf16(bool bigEndian, bool bom)
     };
 }
 
-std::string Latin1(const std::string& text)
-{
-    return QString::fromStdString(text).toLatin1().toStdString();
-}
-
-std::string Utf8Bom(const std::string& text)
-{
-    return "\xEF\xBB\xBF" + text;
-}
-
-// "%FILL%" replaced by as many blanks as make the text `size` bytes long.
-std::function<std::string(const std::string&)> FilledTo(std::size_t size)
-{
-    return [=](const std::string& text)
-    { return Replace(text, "%FILL%", std::string(size - (text.size() - 6), ' ')); };
-}
-
 // A filter that renames PROBE to `name`, for documents whose reading the probe tells.
 std::string Renaming(const std::string& name)
 {
@@ -228,6 +211,48 @@ std::string Renaming(const std::string& name)
            "'/></any></param></event>%FILL%</%ROOT%>";
 }
 
+// A filter renaming PROBE: with "%FILL%" filled up to `size` bytes, refused with `refusal` or read.
+HostileRow Sized(const char* label, std::size_t size, const char* refusal)
+{
+    return {label,
+            Renaming("PROBE_READ"),
+            refusal,
+            "filter",
+            refusal ? std::vector<std::string>{} : std::vector<std::string>{"PROBE_READ{K=1e308}"},
+            [=](const std::string& text)
+            { return Replace(text, "%FILL%", std::string(size - (text.size() - 6), ' ')); }};
+}
+
+// A filter renaming PROBE to a name beyond ASCII after `declaration`, encoded by `encode`.
+HostileRow Encoded(const char* label, const std::string& declaration,
+                   const std::function<std::string(const std::string&)>& encode)
+{
+    return {label,
+            declaration + Renaming("PROBE_\u00e9"),
+            nullptr,
+            "filter",
+            {"PROBE_\u00e9{K=1e308}"},
+            [=](const std::string& text) { return encode(Replace(text, "%FILL%", "")); }};
+}
+
+// A gui section with a widget "probe" that reports READ, and `widgets`: read, the probe says READ.
+HostileRow GuiRead(const char* label, const std::string& widgets)
+{
+    return {label,
+            "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>" + widgets +
+                "</gui></%ROOT%>",
+            nullptr,
+            "ktmstat",
+            {"READ"}};
+}
+
+// A filter read with one inRange `bound`: the probe is `probe`.
+HostileRow RangeRead(const char* label, const std::string& bound, const char* probe)
+{
+    return {label, RangeRule(bound), nullptr, "filter", {probe}};
+}
+
+const char* const kUtf16 = "<?xml version='1.0' encoding='UTF-16'?>";
 const char* const kDoctype = "document type declarations (<!DOCTYPE ...>) are not allowed";
 
 const HostileRow kHostile[] = {
@@ -260,13 +285,9 @@ const HostileRow kHostile[] = {
     // The bounds of inRange: XML Schema doubles. Numbers beyond the range of a double are
     // infinities, INF and -INF are the infinities, NaN compares false with everything, so
     // nothing is in a range with a NaN bound; other spellings are refused.
-    {"RangeBound1e400", RangeRule("from='1e400'"), nullptr, "filter", {"PROBE_OUT{K=1e308}"}},
-    {"RangeBoundMinusINF",
-     RangeRule("from='-INF' to='1e400'"),
-     nullptr,
-     "filter",
-     {"PROBE_IN{K=1e308}"}},
-    {"RangeBoundNaN", RangeRule("to='NaN'"), nullptr, "filter", {"PROBE_OUT{K=1e308}"}},
+    RangeRead("RangeBound1e400", "from='1e400'", "PROBE_OUT{K=1e308}"),
+    RangeRead("RangeBoundMinusINF", "from='-INF' to='1e400'", "PROBE_IN{K=1e308}"),
+    RangeRead("RangeBoundNaN", "to='NaN'", "PROBE_OUT{K=1e308}"),
     {"RangeBoundLowerNan", RangeRule("from='nan'"),
      "invalid double value 'nan' of attribute 'from' of element 'inRange'", "filter"},
     {"RangeBoundLowerMinusInf", RangeRule("to='-inf'"),
@@ -282,35 +303,17 @@ const HostileRow kHostile[] = {
     // The bounds at their edges: the size limit itself is read, a byte more is not; lookaheads
     // count towards the depth as groups do ("(?:" cannot be written: ':' separates the parts of
     // an id); ranged repetitions are spelt out to their maximum.
-    {"SizeAtTheLimit",
-     Renaming("PROBE_READ"),
-     nullptr,
-     "filter",
-     {"PROBE_READ{K=1e308}"},
-     FilledTo(1048576)},
-    {"SizeOverTheLimit",
-     Renaming("PROBE_READ"),
-     "document larger than 1048576 bytes",
-     "filter",
-     {},
-     FilledTo(1048577)},
-    {"ExpressionDepthAtTheLimit",
-     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget><widget id='p:" +
-         Repeated(11, "(") + Repeated(11, "(?=") + Repeated(10, "(?!") + "a" +
-         std::string(32, ')') + "' idIsRegExp='true'/></gui></%ROOT%>",
-     nullptr,
-     "ktmstat",
-     {"READ"}},
+    Sized("SizeAtTheLimit", 1048576, nullptr),
+    Sized("SizeOverTheLimit", 1048577, "document larger than 1048576 bytes"),
+    GuiRead("ExpressionDepthAtTheLimit", "<widget id='p:" + Repeated(11, "(") +
+                                             Repeated(11, "(?=") + Repeated(10, "(?!") + "a" +
+                                             std::string(32, ')') + "' idIsRegExp='true'/>"),
     {"ExpressionDepthOverTheLimitLookahead",
      "<%ROOT%><gui><widget id='" + Repeated(16, "(?=") + Repeated(17, "(?!") + "a" +
          std::string(33, ')') + "' idIsRegExp='true'/></gui></%ROOT%>",
      "groups nested deeper than 32 levels", "ktmstat"},
-    {"RangedRepetitionAtTheLimit",
-     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>"
-     "<widget id='(a{50,100}){100}:(ab{99,}){100}:x{1,1025}' idIsRegExp='true'/></gui></%ROOT%>",
-     nullptr,
-     "ktmstat",
-     {"READ"}},
+    GuiRead("RangedRepetitionAtTheLimit",
+            "<widget id='(a{50,100}){100}:(ab{99,}){100}:x{1,1025}' idIsRegExp='true'/>"),
     {"RangedRepetitionOverTheLimit",
      "<%ROOT%><gui><widget id='(a{50,100}){100}b' idIsRegExp='true'/></gui></%ROOT%>",
      "has more than 10000 atoms", "ktmstat"},
@@ -318,36 +321,13 @@ const HostileRow kHostile[] = {
      "<%ROOT%><gui><widget id='(ab{99,}){100}c' idIsRegExp='true'/></gui></%ROOT%>",
      "has more than 10000 atoms", "ktmstat"},
     // Every encoding XML allows, with or without a declaration where XML lets the parser tell.
-    {"Utf8WithByteOrderMark",
-     Renaming("PROBE_UTF8"),
-     nullptr,
-     "filter",
-     {"PROBE_UTF8{K=1e308}"},
-     [](const std::string& text) { return Utf8Bom(Replace(text, "%FILL%", "")); }},
-    {"Utf16LittleEndian",
-     "<?xml version='1.0' encoding='UTF-16'?>" + Renaming("PROBE_\u00e9"),
-     nullptr,
-     "filter",
-     {"PROBE_\u00e9{K=1e308}"},
-     [](const std::string& text) { return Utf16(false, true)(Replace(text, "%FILL%", "")); }},
-    {"Utf16BigEndian",
-     "<?xml version='1.0' encoding='UTF-16'?>" + Renaming("PROBE_\u00e9"),
-     nullptr,
-     "filter",
-     {"PROBE_\u00e9{K=1e308}"},
-     [](const std::string& text) { return Utf16(true, true)(Replace(text, "%FILL%", "")); }},
-    {"Utf16WithoutByteOrderMark",
-     "<?xml version='1.0' encoding='UTF-16'?>" + Renaming("PROBE_\u00e9"),
-     nullptr,
-     "filter",
-     {"PROBE_\u00e9{K=1e308}"},
-     [](const std::string& text) { return Utf16(false, false)(Replace(text, "%FILL%", "")); }},
-    {"Latin1Declared",
-     "<?xml version='1.0' encoding='ISO-8859-1'?>" + Renaming("PROBE_\u00e9"),
-     nullptr,
-     "filter",
-     {"PROBE_\u00e9{K=1e308}"},
-     [](const std::string& text) { return Latin1(Replace(text, "%FILL%", "")); }},
+    Encoded("Utf8WithByteOrderMark", "", [](const std::string& t) { return "\xEF\xBB\xBF" + t; }),
+    Encoded("Utf16LittleEndian", kUtf16, Utf16(false, true)),
+    Encoded("Utf16BigEndian", kUtf16, Utf16(true, true)),
+    Encoded("Utf16WithoutByteOrderMark", kUtf16, Utf16(false, false)),
+    Encoded("Latin1Declared", "<?xml version='1.0' encoding='ISO-8859-1'?>",
+            [](const std::string& t)
+            { return QString::fromStdString(t).toLatin1().toStdString(); }),
     {"Utf16Doctype",
      "<!DOCTYPE %ROOT% [<!ENTITY x 'y'>]><%ROOT%/>",
      kDoctype,
@@ -368,21 +348,12 @@ const HostileRow kHostile[] = {
     // Real documents nest far less than the limit, and real ids' expressions stay within the
     // bounds: escaped parentheses and those inside a class open no group, and an id that is not
     // an expression is not one.
-    {"ModerateNesting",
-     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>" +
-         Repeated(150, "<widget id='w'>") + Repeated(150, "</widget>") + "</gui></%ROOT%>",
-     nullptr,
-     "ktmstat",
-     {"READ"}},
-    {"ExpressionsWithinTheBounds",
-     "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>"
-     "<widget id='Main.*:(rec|stop)[]x-]Button{2,3}:" +
-         std::string(32, '(') + "a" + std::string(32, ')') +
-         ":(a{100}){100}:" + Repeated(40, "\\(") + ":[" + std::string(40, '(') +
-         "]' idIsRegExp='true'/><widget id='" + std::string(40, '(') + "'/></gui></%ROOT%>",
-     nullptr,
-     "ktmstat",
-     {"READ"}},
+    GuiRead("ModerateNesting", Repeated(150, "<widget id='w'>") + Repeated(150, "</widget>")),
+    GuiRead("ExpressionsWithinTheBounds",
+            "<widget id='Main.*:(rec|stop)[]x-]Button{2,3}:" + std::string(32, '(') + "a" +
+                std::string(32, ')') + ":(a{100}){100}:" + Repeated(40, "\\(") + ":[" +
+                std::string(40, '(') + "]' idIsRegExp='true'/><widget id='" + std::string(40, '(') +
+                "'/>"),
 };
 
 // A hostile document for one root: "ROOT_LABEL".
