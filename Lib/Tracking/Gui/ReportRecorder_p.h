@@ -5,7 +5,7 @@
 #include "Tracking/Gui/ElementKinds_p.h"
 #include "Tracking/Gui/EntryTable_p.h"
 #include "Tracking/Gui/HookLedger_p.h"
-#include "Tracking/Gui/NearMisses_p.h"
+#include "Tracking/Gui/MissNotes_p.h"
 #include "Tracking/Gui/ObjectSearch_p.h"
 #include "Tracking/Gui/SectionLints_p.h"
 #include "Tracking/Gui/SignalText_p.h"
@@ -162,20 +162,12 @@ public:
             {
                 index.emplace(roots);
             }
-            Explain(entry, miss, *index, everyWindow);
+            MissNotes<Tree>::Explain(entry, m_entries, miss, *index, everyWindow);
         }
     }
 
 private:
-    // What Finish() needs to know of the searches of one entry.
-    struct Miss
-    {
-        bool searched = false;
-        Class wanted{};
-        const char* qtClass = nullptr;
-        std::vector<Node> starts;  // the first two objects the entry was searched from
-        std::vector<Node> wrongClass;
-    };
+    using Miss = EntrySearches<Tree>;
 
     QVector<AttachReport::Hook> Hooks(Node match, int index, const QString& className,
                                       AttachReport::Entry& entry)
@@ -251,132 +243,6 @@ private:
             QStringLiteral("its condition holds on none of its objects now (%1): it sends "
                            "nothing unless that changes before the action fires")
                 .arg(entry.matches.first().condition));
-    }
-
-    void Explain(AttachReport::Entry& entry, const Miss& miss, const NameIndex<Tree>& index,
-                 bool everyWindow)
-    {
-        QStringList parts = entry.id.split(QLatin1Char(':'));
-        parts.removeAll(QString());
-        if (parts.isEmpty())
-        {
-            return;  // the section's own problems say why
-        }
-        const QString name = parts.last();
-        // Objects of its name and class that the search did not reach.
-        QStringList elsewhere;
-        for (const Node node : index.Named(name))
-        {
-            if (Tree::IsA(node, miss.wanted))
-            {
-                elsewhere.append(QLatin1Char('\'') + Tree::Path(node) + QLatin1Char('\''));
-            }
-        }
-        if (!elsewhere.isEmpty())
-        {
-            entry.notes.append(QStringLiteral("%1 %2 named '%3', where the entry does not look: %4")
-                                   .arg(Objects(elsewhere.size()), Plainly(elsewhere), name,
-                                        Reach(entry, miss, parts)));
-        }
-        bool explained = !elsewhere.isEmpty() || !miss.wrongClass.empty();
-        for (int p = 0; p < parts.size(); ++p)
-        {
-            const bool last = p + 1 == parts.size();
-            if ((last && explained) || (!last && !index.Named(parts[p]).empty()))
-            {
-                continue;
-            }
-            const QStringList near = NearNames(index, parts[p], last ? &miss.wanted : nullptr);
-            if (!near.isEmpty())
-            {
-                entry.notes.append(QStringLiteral("no object is named '%1'; nearly so: %2")
-                                       .arg(parts[p], near.join(QStringLiteral(", "))));
-                explained = true;
-            }
-        }
-        if (!explained && everyWindow && index.Named(name).empty())
-        {
-            entry.notes.append(
-                QStringLiteral("no object of these windows is named '%1': a window created "
-                               "later is attached when it gets its native window")
-                    .arg(name));
-        }
-    }
-
-    // Where the entry looked, for a note on objects it did not reach.
-    QString Reach(const AttachReport::Entry& entry, const Miss& miss, const QStringList& parts)
-    {
-        if (entry.idIsRoot)
-        {
-            return QStringLiteral("with idIsRoot only the object a search starts from counts");
-        }
-        if (parts.size() > 1)
-        {
-            return QStringLiteral("its id looks for it below an object named '%1'")
-                .arg(parts[parts.size() - 2]);
-        }
-        if (entry.parent >= 0)
-        {
-            QStringList starts;
-            for (const Node start : miss.starts)
-            {
-                starts.append(QLatin1Char('\'') + Tree::Path(start) + QLatin1Char('\''));
-            }
-            return QStringLiteral("it looks below what its widget entry (line %1) found: %2")
-                .arg(m_entries[entry.parent].line)
-                .arg(starts.join(QStringLiteral(", ")));
-        }
-        return QStringLiteral("the attach started elsewhere");
-    }
-
-    // Up to three names of the index nearly `name`, nearest first, each with the path of its
-    // first object; only objects of class `wanted` when given.
-    static QStringList NearNames(const NameIndex<Tree>& index, const QString& name,
-                                 const Class* wanted)
-    {
-        const int limit = NearNameLimit(name);
-        std::vector<std::pair<int, QString>> near;
-        index.ForEachName(
-            [&](const QString& candidate, const std::vector<Node>& nodes)
-            {
-                if (candidate.isEmpty() || candidate == name)
-                {
-                    return;
-                }
-                const int distance = NameDistance(name, candidate, limit);
-                if (distance > limit)
-                {
-                    return;
-                }
-                for (const Node node : nodes)
-                {
-                    if (!wanted || Tree::IsA(node, *wanted))
-                    {
-                        near.emplace_back(
-                            distance, QStringLiteral("'%1' (%2)").arg(candidate, Tree::Path(node)));
-                        return;
-                    }
-                }
-            });
-        std::sort(near.begin(), near.end());
-        QStringList names;
-        for (std::size_t i = 0; i < near.size() && i < 3; ++i)
-        {
-            names.append(near[i].second);
-        }
-        return names;
-    }
-
-    static QString Objects(int count)
-    {
-        return count == 1 ? QStringLiteral("the object") : QStringLiteral("the objects");
-    }
-
-    static QString Plainly(const QStringList& paths)
-    {
-        return paths.mid(0, 3).join(QStringLiteral(", ")) +
-               (paths.size() > 3 ? QStringLiteral(" and %1 more").arg(paths.size() - 3)
-                                 : QString());
     }
 
     void NoteHooked(Node match, int index, AttachReport::Entry& entry,
