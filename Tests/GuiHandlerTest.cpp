@@ -117,14 +117,17 @@ class GuiHandlerTable : public GuiHandlerTest, public testing::WithParamInterfac
 
 // --- Every trigger, driven on a real window ---------------------------------------------------
 
-// What is done to the window, one character a step: b, s, p, e and l click the brush, stop,
-// preset, empty preset and link; u unchecks the brush; k presses Space on stop, P and R press and
-// release the mouse on it; h, S and c hide, show and close the window; r picks the third recent
-// entry; d and U press Down and Up on the mode box, x clears it.
+// What is done, one character a step: a attaches the window, t attaches it with the stop button
+// as its target; S shows it (and waits until it is exposed), h and c hide and close it; n makes
+// the brush a native child; T, F and E set the marker on the window to true, false and an empty
+// text, X takes it away. b, s, p, e and l click the brush, stop, preset, empty preset and link; u
+// unchecks the brush; k presses Space on stop, P and R press and release the mouse on it; r picks
+// the third recent entry; d and U press Down and Up on the mode box, x clears it.
 struct TriggerRow
 {
     const char* label;
     const char* steps;
+    const char* marked;    // what carries the marker at the end: w the window, s stop, b the brush
     std::string expected;  // the events, blank-separated
     std::string gui;       // inside <widget id="MainWindow">
 };
@@ -134,7 +137,7 @@ void Click(QWidget* widget)
     QTest::mouseClick(widget, Qt::LeftButton);
 }
 
-void PickThirdRecent(Window& w)
+void PickThirdRecent(GuiHandler&, Window& w)
 {
     Click(w.recent);
     QListWidget* list = w.recent->PopUp();
@@ -143,23 +146,37 @@ void PickThirdRecent(Window& w)
                       list->visualItemRect(list->item(2)).center());
 }
 
-const std::map<char, std::function<void(Window&)>> kSteps = {
-    {'b', [](Window& w) { Click(w.brush); }},
-    {'s', [](Window& w) { Click(w.stop); }},
-    {'p', [](Window& w) { Click(w.preset); }},
-    {'e', [](Window& w) { Click(w.emptyPreset); }},
-    {'l', [](Window& w)
+void Show(GuiHandler&, Window& w)
+{
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+}
+
+using Step = std::function<void(GuiHandler&, Window&)>;
+const std::map<char, Step> kSteps = {
+    {'a', [](GuiHandler& h, Window& w) { h.Attach(&w); }},
+    {'t', [](GuiHandler& h, Window& w) { h.Attach(&w, w.stop); }},
+    {'S', Show},
+    {'h', [](GuiHandler&, Window& w) { w.hide(); }},
+    {'c', [](GuiHandler&, Window& w) { w.close(); }},
+    {'n', [](GuiHandler&, Window& w) { w.brush->setAttribute(Qt::WA_NativeWindow); }},
+    {'T', [](GuiHandler&, Window& w) { w.setProperty(Marker, QVariant(true)); }},
+    {'F', [](GuiHandler&, Window& w) { w.setProperty(Marker, QVariant(false)); }},
+    {'E', [](GuiHandler&, Window& w) { w.setProperty(Marker, QVariant(QString())); }},
+    {'X', [](GuiHandler&, Window& w) { w.setProperty(Marker, QVariant()); }},
+    {'b', [](GuiHandler&, Window& w) { Click(w.brush); }},
+    {'s', [](GuiHandler&, Window& w) { Click(w.stop); }},
+    {'p', [](GuiHandler&, Window& w) { Click(w.preset); }},
+    {'e', [](GuiHandler&, Window& w) { Click(w.emptyPreset); }},
+    {'l', [](GuiHandler&, Window& w)
      { QTest::mouseClick(w.link, Qt::LeftButton, {}, QPoint(4, w.link->height() / 2)); }},
-    {'u', [](Window& w) { w.brush->setChecked(false); }},
-    {'k', [](Window& w) { QTest::keyClick(w.stop, Qt::Key_Space); }},
-    {'P', [](Window& w) { QTest::mousePress(w.stop, Qt::LeftButton); }},
-    {'R', [](Window& w) { QTest::mouseRelease(w.stop, Qt::LeftButton); }},
-    {'h', [](Window& w) { w.hide(); }},
-    {'S', [](Window& w) { w.show(); }},
-    {'c', [](Window& w) { w.close(); }},
-    {'d', [](Window& w) { QTest::keyClick(w.mode, Qt::Key_Down); }},
-    {'U', [](Window& w) { QTest::keyClick(w.mode, Qt::Key_Up); }},
-    {'x', [](Window& w) { w.mode->clear(); }},
+    {'u', [](GuiHandler&, Window& w) { w.brush->setChecked(false); }},
+    {'k', [](GuiHandler&, Window& w) { QTest::keyClick(w.stop, Qt::Key_Space); }},
+    {'P', [](GuiHandler&, Window& w) { QTest::mousePress(w.stop, Qt::LeftButton); }},
+    {'R', [](GuiHandler&, Window& w) { QTest::mouseRelease(w.stop, Qt::LeftButton); }},
+    {'d', [](GuiHandler&, Window& w) { QTest::keyClick(w.mode, Qt::Key_Down); }},
+    {'U', [](GuiHandler&, Window& w) { QTest::keyClick(w.mode, Qt::Key_Up); }},
+    {'x', [](GuiHandler&, Window& w) { w.mode->clear(); }},
     {'r', PickThirdRecent}};
 
 using GuiHandlerTriggerTest = GuiHandlerTable<TriggerRow>;
@@ -169,50 +186,56 @@ TEST_P(GuiHandlerTriggerTest, EmitsWhatTheEntrySays)
     const TriggerRow& row = GetParam();
     SetConfig("<widget id=\"MainWindow\">" + row.gui + "</widget>");
     Window window;
-    handler->Attach(&window);
-    window.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
-
     for (const char* step = row.steps; *step; ++step)
     {
-        kSteps.at (*step)(window);
+        kSteps.at (*step)(*handler, window);
     }
 
     EXPECT_EQ(Events(), row.expected);
+    std::string marked;
+    for (const auto& [name, object] :
+         {std::pair<char, QObject*>{'w', &window}, {'s', window.stop}, {'b', window.brush}})
+    {
+        marked += object->property(Marker).isValid() ? std::string(1, name) : "";
+    }
+    EXPECT_EQ(marked, row.marked);
 }
 
+const char* const StopButton =
+    R"gui(<button id="stopButton"><clicked-event event="STOP"/></button>)gui";
+
 KT_ROWS(GuiHandlerTriggerTest,
-        {{"ClickedAssignsCheckedStateOverParam", "bb",
+        {{"ClickedAssignsCheckedStateOverParam", "aSbb", "w",
           "DRAW{ON=YES,SRC=BUTTON} DRAW{ON=NO,SRC=BUTTON}",
           R"gui(<button id="brushButton"><clicked-event event="DRAW" value="ON">
                         <param key="ON" value="param"/><param key="SRC" value="BUTTON"/>
                       </clicked-event></button>)gui"},
-         {"ToggledWithoutValueKeepsOnlyParams", "bsu", "DRAW{SRC=first} DRAW{SRC=first}",
+         {"ToggledWithoutValueKeepsOnlyParams", "aSbsu", "w", "DRAW{SRC=first} DRAW{SRC=first}",
           R"gui(<button id="brushButton"><toggled-event event="DRAW">
                         <param key="SRC" value="first"/><param key="SRC" value="second"/>
                       </toggled-event></button>)gui"},
-         {"MouseReleaseOnlyForTheMouse", "kPR", "STOP{METHOD=BUTTON}",
+         {"MouseReleaseOnlyForTheMouse", "aSkPR", "w", "STOP{METHOD=BUTTON}",
           R"gui(<button id="stopButton"><mouse-release-event event="STOP">
                         <param key="METHOD" value="BUTTON"/></mouse-release-event></button>)gui"},
-         {"ShowAndCloseOfTheWindow", "hSc", "SHOWN{} SHOWN{} CLOSED{}",
+         {"ShowAndCloseOfTheWindow", "aShSc", "w", "SHOWN{} SHOWN{} CLOSED{}",
           R"gui(<show-event event="SHOWN"/><close-event event="CLOSED"/>)gui"},
-         {"ChoosePresetInsertsTheName", "p", "PRESET{NAME=1080p} CLICK{}",
+         {"ChoosePresetInsertsTheName", "aSp", "w", "PRESET{NAME=1080p} CLICK{}",
           R"gui(<abstractPresetButton id="presetButton">
                         <clicked-event event="CLICK"/>
                         <choosePreset event="PRESET" id="NAME"/></abstractPresetButton>)gui"},
-         {"ChoosePresetKeepsAParamOfTheSameKey", "p", "PRESET{NAME=fixed}",
+         {"ChoosePresetKeepsAParamOfTheSameKey", "aSp", "w", "PRESET{NAME=fixed}",
           R"gui(<abstractPresetButton id="presetButton"><choosePreset event="PRESET" id="NAME">
                         <param key="NAME" value="fixed"/></choosePreset></abstractPresetButton>)gui"},
-         {"ChoosePresetWithoutNameEmitsNothing", "e", "",
+         {"ChoosePresetWithoutNameEmitsNothing", "aSe", "w", "",
           R"gui(<abstractPresetButton id="emptyPresetButton">
                         <choosePreset event="PRESET" id="NAME"/></abstractPresetButton>)gui"},
-         {"ItemSelectedOncePerChange", "rr", "OPEN{} RECENT{} OPEN{}",
+         {"ItemSelectedOncePerChange", "aSrr", "w", "OPEN{} RECENT{} OPEN{}",
           R"gui(<buttonWithPopUpList id="recentButton"><mouse-release-event event="OPEN"/>
                         <item-selected event="RECENT"/></buttonWithPopUpList>)gui"},
-         {"LinkActivatedAssignsTheLink", "l", "LINK{URL=https://example.org/home}",
+         {"LinkActivatedAssignsTheLink", "aSl", "w", "LINK{URL=https://example.org/home}",
           R"gui(<label id="homePageLabel"><link-activated-event event="LINK" value="URL">
                         <param key="URL" value="param"/></link-activated-event></label>)gui"},
-         {"IndexChangeReportsEveryFact", "dU",
+         {"IndexChangeReportsEveryFact", "aSdU", "w",
           "MODE{DATA=desktop-data,INDEX=1,MAPPED=DESKTOP,NAME=Desktop} "
           "MODE{DATA=game-data,INDEX=0,MAPPED=GAME,NAME=Game}",
           R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
@@ -220,31 +243,45 @@ KT_ROWS(GuiHandlerTriggerTest,
                         <map key="0" value="GAME"/><map key="1" value="DESKTOP"/>
                         <map key="1" value="SHADOWED"/>
                       </current-index-changed-event></combobox>)gui"},
-         {"IndexChangeKeepsParamsOfTheSameKeys", "d", "MODE{DATA=p,IDX=p,MAP=p,NAME=p}",
+         {"IndexChangeKeepsParamsOfTheSameKeys", "aSd", "w", "MODE{DATA=p,IDX=p,MAP=p,NAME=p}",
           R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
                         index="IDX" name="NAME" mapped="MAP" dataName="DATA">
                         <param key="IDX" value="p"/><param key="NAME" value="p"/>
                         <param key="MAP" value="p"/><param key="DATA" value="p"/>
                         <map key="1" value="DESKTOP"/>
                       </current-index-changed-event></combobox>)gui"},
-         {"IndexChangeEarlierFactWins", "d", "MODE{K=1,M=DESKTOP}",
+         {"IndexChangeEarlierFactWins", "aSd", "w", "MODE{K=1,M=DESKTOP}",
           R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
                         index="K" name="K" mapped="M" dataName="M" data="0">
                         <map key="1" value="DESKTOP"/>
                       </current-index-changed-event></combobox>)gui"},
-         {"ClearedComboBoxReportsMinusOne", "x", "MODE{INDEX=-1,MAPPED=NONE,NAME=}",
+         {"ClearedComboBoxReportsMinusOne", "aSx", "w", "MODE{INDEX=-1,MAPPED=NONE,NAME=}",
           R"gui(<combobox id="modeBox"><current-index-changed-event event="MODE"
                         index="INDEX" name="NAME" mapped="MAPPED">
                         <map key="1" value="DESKTOP"/><map key="-1" value="NONE"/>
                       </current-index-changed-event></combobox>)gui"},
-         {"SignalsOfAnObjectBySignature", "d", "INDEX{I=1} TEXT{T=Desktop} ACTIVATED{}",
+         {"SignalsOfAnObjectBySignature", "aSd", "w", "INDEX{I=1} TEXT{T=Desktop} ACTIVATED{}",
           R"gui(<object id="modeBox">
                         <signal event="ACTIVATED" signal="2activated(int)"/>
                         <signal event="NEVER" signal="2NoSuchSignal()"/>
                         <intSignal event="INDEX" signal="2currentIndexChanged(int)" key="I">
                           <param key="I" value="param"/></intSignal>
                         <stringSignal event="TEXT" signal="2currentTextChanged(QString)" key="T"/>
-                      </object>)gui"}});
+                      </object>)gui"},
+         // Attaching twice hooks once, whether by Attach() or by the window's first native window.
+         {"AttachingTwiceHooksOnce", "aaSas", "w", "STOP{}", StopButton},
+         // With a target, the target carries the marker: the root stays open to a later attach,
+         // and the target is not attached again through another root.
+         {"AttachWithATargetMarksTheTarget", "tts", "s", "STOP{}", StopButton},
+         // Shown after SetConfig(), a window is attached by itself once; its children, a native
+         // one too, get no marker.
+         {"ShownWindowAttachedByItselfOnce", "nSshSs", "w", "STOP{} STOP{}", StopButton},
+         // A host may set the marker itself, to keep the handler off a window: its presence
+         // counts, whatever its value; a marker taken away again does not.
+         {"MarkerTrue", "TSas", "w", "", StopButton},
+         {"MarkerFalse", "FSas", "w", "", StopButton},
+         {"MarkerEmptyText", "ESas", "w", "", StopButton},
+         {"MarkerTakenAway", "TXSas", "w", "STOP{}", StopButton}});
 
 // --- Which objects an entry finds -------------------------------------------------------------
 
@@ -280,7 +317,6 @@ struct SearchRow
 {
     const char* label;
     std::string gui;
-    char start;   // 'R' for the root, else the button that Attach() starts at
     char target;  // 0: none
     std::string expected;
 };
@@ -294,9 +330,8 @@ TEST_P(GuiHandlerSearchTest, HooksEachMatchOnce)
     SearchTree tree;
     const std::map<char, QPushButton*> buttons{
         {'A', tree.A}, {'B', tree.B}, {'C', tree.C}, {'D', tree.D}};
-    QObject* start = row.start == 'R' ? &tree.root : buttons.at(row.start);
     SetConfig(row.gui);
-    handler->Attach(start, row.target ? buttons.at(row.target) : nullptr);
+    handler->Attach(&tree.root, row.target ? buttons.at(row.target) : nullptr);
     // The root gets its native window when shown, and is attached with whatever section is
     // current then; an empty one only marks it.
     SetConfig("");
@@ -316,40 +351,27 @@ TEST_P(GuiHandlerSearchTest, HooksEachMatchOnce)
     "<widget id=\"root\"><button id=\"" id "\" " attrs \
     "><clicked-event event=\"E\"/></button></widget>"
 
-// Starting at a button: buttons stand only in widgets, objects at the top too.
-#define PRESSED(id)                               \
-    "<object id=\"" id                            \
-    "\" idIsRegExp=\"true\"><signal event=\"E\" " \
-    "signal=\"2pressed()\"/></object>"
-
-KT_ROWS(GuiHandlerSearchTest,
-        {{"NameAtAnyDepth", BUTTON("settingsButton", ""), 'R', 0, "A1B1C0D0"},
-         {"PathThroughTwoLevels", BUTTON("topFrame:settingsButton", ""), 'R', 0, "A1B0C0D0"},
-         {"PathStartingAtTheRoot", BUTTON("root:topFrame:inner:settingsButton", ""), 'R', 0,
-          "A1B0C0D0"},
-         {"EmptyPartsSkipped", BUTTON("::topFrame::settingsButton:", ""), 'R', 0, "A1B0C0D0"},
-         {"PathWithoutSuchParent", BUTTON("otherFrame:settingsButton", ""), 'R', 0, "A0B0C0D0"},
-         {"NamesAreCaseSensitive", BUTTON("SettingsButton", ""), 'R', 0, "A0B0C0D0"},
-         {"IdIsRootIgnoresDescendants", BUTTON("settingsButton", "idIsRoot=\"true\""), 'R', 0,
-          "A0B0C0D0"},
-         {"IdIsRootMatchesTheStart",
-          R"gui(<widget id="root" idIsRoot="true"><button id="okButton2">
+KT_ROWS(
+    GuiHandlerSearchTest,
+    {{"NameAtAnyDepth", BUTTON("settingsButton", ""), 0, "A1B1C0D0"},
+     {"PathThroughTwoLevels", BUTTON("topFrame:settingsButton", ""), 0, "A1B0C0D0"},
+     {"PathStartingAtTheRoot", BUTTON("root:topFrame:inner:settingsButton", ""), 0, "A1B0C0D0"},
+     {"EmptyPartsSkipped", BUTTON("::topFrame::settingsButton:", ""), 0, "A1B0C0D0"},
+     {"PathWithoutSuchParent", BUTTON("otherFrame:settingsButton", ""), 0, "A0B0C0D0"},
+     {"NamesAreCaseSensitive", BUTTON("SettingsButton", ""), 0, "A0B0C0D0"},
+     {"IdIsRootIgnoresDescendants", BUTTON("settingsButton", "idIsRoot=\"true\""), 0, "A0B0C0D0"},
+     {"IdIsRootMatchesTheStart",
+      R"gui(<widget id="root" idIsRoot="true"><button id="okButton2">
                        <clicked-event event="E"/></button></widget>
                      <widget id="otherFrame" idIsRoot="true"><button id="okButton1">
                        <clicked-event event="E"/></button></widget>)gui",
-          'R', 0, "A0B0C0D1"},
-         {"RegExpMatchesPartOfADescendant", BUTTON("Button", "idIsRegExp=\"true\""), 'R', 0,
-          "A1B1C1D1"},
-         {"RegExpMustMatchAllOfTheStart", PRESSED("Button"), 'C', 0, "A0B0C0D0"},
-         {"RegExpMatchingAllOfTheStart", PRESSED("ok.*1"), 'C', 0, "A0B0C1D0"},
-         {"RegExpIsCaseSensitive", BUTTON("button", "idIsRegExp=\"true\""), 'R', 0, "A0B0C0D0"},
-         {"FoundTwoWaysHookedTwice", BUTTON("o:settingsButton", "idIsRegExp=\"true\""), 'R', 0,
-          "A2B1C0D0"},
-         {"TargetAloneGetsHooks", BUTTON("Button", "idIsRegExp=\"true\""), 'R', 'B', "A0B1C0D0"},
-         {"ObjectEntriesIgnoreTheTarget",
-          R"gui(<object id="Button" idIsRegExp="true">
+      0, "A0B0C0D1"},
+     {"FoundTwoWaysHookedTwice", BUTTON("o:settingsButton", "idIsRegExp=\"true\""), 0, "A2B1C0D0"},
+     {"TargetAloneGetsHooks", BUTTON("Button", "idIsRegExp=\"true\""), 'B', "A0B1C0D0"},
+     {"ObjectEntriesIgnoreTheTarget",
+      R"gui(<object id="Button" idIsRegExp="true">
                        <signal event="E" signal="2pressed()"/></object>)gui",
-          'R', 'B', "A1B1C1D1"}});
+      'B', "A1B1C1D1"}});
 
 // --- Conditions of actions --------------------------------------------------------------------
 
@@ -398,96 +420,13 @@ KT_ROWS(GuiHandlerActionTest,
 
 // --- Life cycle ---------------------------------------------------------------------------------
 
-const char* const StopButtonSection = R"gui(
-    <widget id="MainWindow"><button id="stopButton"><clicked-event event="STOP"/></button>
-    </widget>)gui";
-
-TEST_F(GuiHandlerTest, AttachingTwiceHooksOnce)
-{
-    SetConfig(StopButtonSection);
-    Window window;
-    handler->Attach(&window);
-    handler->Attach(&window);
-    window.show();  // attached by itself too, had it not been marked
-    handler->Attach(&window, nullptr);
-
-    Click(window.stop);
-
-    EXPECT_EQ(Events(), "STOP{}");
-    EXPECT_EQ(window.property(Marker), QVariant(true));
-}
-
-// A host may set the marker itself, to keep the handler off a window: its presence counts,
-// whatever its value; a marker taken away again (an invalid value) does not.
-struct MarkerRow
-{
-    const char* label;
-    QVariant marker;  // set on the window before anything is attached
-    std::string expected;
-};
-
-using GuiHandlerMarkerTest = GuiHandlerTable<MarkerRow>;
-
-TEST_P(GuiHandlerMarkerTest, APresentMarkerKeepsTheWindowUnattached)
-{
-    SetConfig(StopButtonSection);
-    Window window;
-    window.setProperty(Marker, QVariant(true));
-    window.setProperty(Marker, GetParam().marker);
-    window.show();  // attached by itself, unless marked
-    handler->Attach(&window);
-
-    Click(window.stop);
-
-    EXPECT_EQ(Events(), GetParam().expected);
-}
-
-KT_ROWS(GuiHandlerMarkerTest, {{"True", QVariant(true), ""},
-                               {"False", QVariant(false), ""},
-                               {"EmptyText", QVariant(QString()), ""},
-                               {"TakenAway", QVariant(), "STOP{}"}});
-
-// With a target, the target carries the marker: the root stays open to a later attach, and the
-// target is not attached again through another root.
-TEST_F(GuiHandlerTest, AttachWithATargetMarksTheTarget)
-{
-    SetConfig(StopButtonSection);
-    Window window;
-    handler->Attach(&window, window.stop);
-    EXPECT_FALSE(window.property(Marker).isValid());
-    EXPECT_TRUE(window.stop->property(Marker).isValid());
-    handler->Attach(&window, window.stop);
-    Click(window.stop);
-    EXPECT_EQ(Events(), "STOP{}");
-}
-
-TEST_F(GuiHandlerTest, WindowShownAfterSetConfigIsAttachedByItself)
-{
-    SetConfig(StopButtonSection);
-    Window window;
-    // A native child gets a native window of its own, but is no window.
-    window.brush->setAttribute(Qt::WA_NativeWindow);
-    window.show();
-    ASSERT_TRUE(window.property(Marker).isValid());
-    EXPECT_FALSE(window.brush->property(Marker).isValid());
-
-    Click(window.stop);
-    window.hide();
-    window.show();  // no second native window, no second attaching
-    Click(window.stop);
-
-    EXPECT_EQ(Events(), "STOP{} STOP{}");
-    // Child widgets get no native window of their own and no marker.
-    EXPECT_FALSE(window.stop->property(Marker).isValid());
-}
-
 // A window keeps the section it was attached with: one shown before any section is attached with
 // none, and marked; SetConfig() changes nothing of the windows attached before.
 TEST_F(GuiHandlerTest, SetConfigLeavesAttachedWindowsAsTheyWere)
 {
     Window before;
     before.show();
-    SetConfig(StopButtonSection);
+    SetConfig(std::string("<widget id=\"MainWindow\">") + StopButton + "</widget>");
     handler->Attach(&before);
     Window first;
     first.show();
