@@ -2,57 +2,32 @@
 // (the gaps and shared bounds of the duration and size ranges are the documents' own), and broken
 // copies of the main document that the check must catch.
 
-#include "KtTrack.h"
+#include "KtTrackRun.h"
 #include "ProducedEvents.h"
-#include "Support/Table.h"
 
 #include "Tracking/Config/KtmStat.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
 #include <regex>
-#include <sstream>
-#include <string>
-#include <vector>
+
+using namespace KtTrackTest;
 
 namespace
 {
 
-const std::string kDir = SOURCE_CONFIG_DIR "/";
+const std::string kDir = kConfigDir + "/";
 
-struct CheckOutcome
+// The findings without the directories of the documents: the shipped ones' and `dir`.
+Outcome Check(const std::vector<std::string>& args, const std::string& dir = kDir)
 {
-    int code;
-    std::string out;
-    std::string err;  // with the directories of the documents removed
-};
-
-// `dir` is also left out of the findings.
-CheckOutcome Check(const std::vector<std::string>& args, const std::string& dir = kDir)
-{
-    std::istringstream in;
-    std::ostringstream out;
-    std::ostringstream err;
-    const int code = Velkor::KT::KtTrack::RunKtTrack(args, in, out, err);
-    std::string findings = err.str();
+    Outcome run = KtTrack(args);
     for (const std::string& strip : {kDir, dir})
     {
-        for (auto at = findings.find(strip); at != std::string::npos; at = findings.find(strip))
+        for (auto at = run.err.find(strip); at != std::string::npos; at = run.err.find(strip))
         {
-            findings.erase(at, strip.size());
+            run.err.erase(at, strip.size());
         }
     }
-    return {code, out.str(), findings};
-}
-
-std::string Read(const std::string& name)
-{
-    QFile file(QString::fromStdString(kDir + name));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
-    return file.readAll().toStdString();
+    return run;
 }
 
 // The durations of a capture are bucketed by inclusive ranges with integer bounds.
@@ -80,9 +55,9 @@ std::string SizeFinding(const std::string& file)
 
 TEST(ShippedDocumentsTest, CheckFindsOnlyTheRangesBounds)
 {
-    const CheckOutcome run = Check({"check", kDir + "Config.xml", kDir + "FilterConfig.xml",
-                                    kDir + "AggregatorConfig.xml", "+", kDir + "ConfigGACA.xml",
-                                    kDir + "FilterConfigGACA.xml", kDir + "AggregatorConfig.xml"});
+    const Outcome run = Check({"check", kDir + "Config.xml", kDir + "FilterConfig.xml",
+                               kDir + "AggregatorConfig.xml", "+", kDir + "ConfigGACA.xml",
+                               kDir + "FilterConfigGACA.xml", kDir + "AggregatorConfig.xml"});
     EXPECT_EQ(run.code, 0);
     EXPECT_EQ(run.out, "5 documents checked: 0 errors, 22 warnings\n");
     const std::string full = "FilterConfig.xml";
@@ -100,7 +75,7 @@ TEST(ShippedDocumentsTest, EveryEntryOfTheMainDocumentsSendsItsEvent)
     for (const char* name : {"Config.xml", "ConfigGACA.xml"})
     {
         const std::string text =
-            std::regex_replace(Read(name), std::regex("<!--[^]*?-->"), std::string());
+            std::regex_replace(ReadText(kDir + name), std::regex("<!--[^]*?-->"), std::string());
         const std::regex event("\\sevent=\"");
         const auto written =
             std::distance(std::sregex_iterator(text.begin(), text.end(), event), {});
@@ -123,7 +98,7 @@ using BrokenMainDocumentTest = KtTest::Table<BrokenRow>;
 
 TEST_P(BrokenMainDocumentTest, IsReported)
 {
-    std::string text = Read("Config.xml");
+    std::string text = ReadText(kDir + "Config.xml");
     for (const auto& [find, replace] : GetParam().edits)
     {
         ASSERT_NE(text.find(find), std::string::npos) << find;
@@ -134,14 +109,9 @@ TEST_P(BrokenMainDocumentTest, IsReported)
         }
     }
     QTemporaryDir dir;
-    const std::string path = dir.filePath("Config.xml").toStdString();
-    QFile file(QString::fromStdString(path));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(text.data(), qint64(text.size()));
-    file.close();
-    const CheckOutcome run =
-        Check({"check", path, kDir + "FilterConfig.xml", kDir + "AggregatorConfig.xml"},
-              dir.path().toStdString() + "/");
+    const Outcome run = Check({"check", Write(dir, "Config.xml", text), kDir + "FilterConfig.xml",
+                               kDir + "AggregatorConfig.xml"},
+                              dir.path().toStdString() + "/");
     const std::string lines = std::regex_replace(run.err, std::regex(":[0-9]+: "), ":#: ");
     EXPECT_NE(lines.find(GetParam().finding), std::string::npos) << run.err;
 }
