@@ -52,12 +52,8 @@ KT_ROWS(ProcessTest,
          {"CoverageNoSession", {"coverage", "@/FilterConfig.xml"}, 2},
          {"CoverageMainDocument", {"coverage", "@/Config.xml", "-"}, 2},
          {"CoverageRequireAllUnfired", {"coverage", "--require-all", "@/FilterConfig.xml", "-"}, 1},
-         {"DiffSameRules",
-          {"diff", "--old", "@/FilterConfig.xml", "--new", "@/FilterConfig.xml", "-"},
-          0},
          {"DiffNoNewRules", {"diff", "--old", "@/FilterConfig.xml", "-"}, 2},
          {"MatchFilterDocument", {"match", "@/FilterConfig.xml", "-"}, 2},
-         {"MatchWithoutTree", {"match", "@/Config.xml"}, 2},
-         {"MatchWerrorWithoutTree", {"match", "--werror", "@/Config.xml"}, 2}});
+         {"MatchWithoutTree", {"match", "@/Config.xml"}, 2}});
 
 }  // namespace
