@@ -64,7 +64,6 @@ TEST_P(FillerCreationTest, CreatesEachRequestedTypeOnce)
 using T = FillerTypes;
 KT_ROWS(FillerCreationTest,
         {CreationRow{"Nothing", {}, {}},
-         CreationRow{"LanguageTwice", {T::AppLanguage, T::AppLanguage}, {T::AppLanguage}},
          CreationRow{"UnknownValuesIgnored",
                      {Unknown(8), T::CountryName, Unknown(-1), Unknown(42)},
                      {T::CountryName}},

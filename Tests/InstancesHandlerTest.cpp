@@ -103,18 +103,16 @@ TEST_F(InstancesHandlerTest, UnregisteredObjectIsNeverDetached)
 TEST_F(InstancesHandlerTest, ConfigurationChangeDoesNotReachExistingObservers)
 {
     KT::Scheduler early;
+    KT::Scheduler late;
     registry.Register<KT::IScheduler>(&early);
     auto handler = MakeHandler(kSchedulerSection);
     handler->AttachInstances();
     handler->SetConfig(
         InstancesTest::InstancesFromText(R"(<IScheduler><start event="RENAMED"/></IScheduler>)"));
-    KT::Scheduler late;
     registry.Register<KT::IScheduler>(&late);
     early.StartScheduledCapture();
     late.StartScheduledCapture();
     EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"SCHEDULER_START", "RENAMED"}));
-    registry.Unregister<KT::IScheduler>(&late);
-    registry.Unregister<KT::IScheduler>(&early);
 }
 
 TEST(InstancesHandlerWithoutRegistryTest, AttachesNothingAndFailsNowhere)
@@ -151,7 +149,6 @@ TEST_P(CancelOnlyTest, CancelNeedsAnotherCallback)
     capture.Stop(KT::kCaptureCanceled, {}, {});
     capture.Fail();
     EXPECT_EQ(tracker->Names(), GetParam().expected);
-    registry.Unregister<KT::ICaptureInfo>(&capture);
 }
 
 KT_ROWS(CancelOnlyTest,
@@ -197,10 +194,6 @@ TEST_F(InstancesHandlerTest, LateObjectsObservedAtOnceOrAtTheNextAttach)
         }
         handler.AttachInstances();
     }
-    registry.Unregister(&finish);
-    registry.Unregister(&streaming);
-    registry.Unregister(&hotkeys);
-    registry.Unregister<KT::IScheduler>(&scheduler);
 }
 
 TEST_F(InstancesHandlerTest, SharingIsObservedThroughItsSignal)
@@ -220,7 +213,6 @@ TEST_F(InstancesHandlerTest, SharingIsObservedThroughItsSignal)
         {"SHARING_FINISH", {{"METHOD", "YOUTUBE"}, {"RESULT", "FAILURE"}, {"TYPE", ""}}},
     };
     EXPECT_EQ(tracker->Events(), expected);
-    registry.Unregister<KT::Service::Sharing::AbstractSharingManager>(&manager);
 }
 
 }  // namespace

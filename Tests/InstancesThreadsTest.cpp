@@ -25,13 +25,13 @@ TEST(InstancesThreadsTest, ConcurrentNotificationsLoseAndDoubleNothing)
     constexpr int kThreads = 4;
     constexpr int kRounds = 300;
     KT::InstanceRegistry registry;
-    auto tracker = std::make_shared<InstancesTest::RecordingTracker>();
-    KT::Tracking::InstancesHandler handler(tracker);
-    handler.SetConfig(InstancesTest::ShippedInstances());
     KT::HotkeySettings hotkeys;
     KT::CaptureInfo capture;
     registry.Register(&hotkeys);
     registry.Register<KT::ICaptureInfo>(&capture);
+    auto tracker = std::make_shared<InstancesTest::RecordingTracker>();
+    KT::Tracking::InstancesHandler handler(tracker);
+    handler.SetConfig(InstancesTest::ShippedInstances());
     handler.AttachInstances();
 
     std::vector<std::thread> threads;
@@ -80,8 +80,6 @@ TEST(InstancesThreadsTest, ConcurrentNotificationsLoseAndDoubleNothing)
     {
         EXPECT_EQ(hotkeysByValue["F" + std::to_string(t)], kRounds);
     }
-    registry.Unregister<KT::ICaptureInfo>(&capture);
-    registry.Unregister(&hotkeys);
 }
 
 }  // namespace

@@ -197,17 +197,16 @@ KT_ROWS(
 TEST(SettingsObserverSingleTest, UnconfiguredFieldIsIgnored)
 {
     InstanceRegistry registry;
+    KT::HotkeySettings hotkeys;
+    registry.Register(&hotkeys);
     auto tracker = std::make_shared<InstancesTest::RecordingTracker>();
     KT::Tracking::InstancesHandler handler(tracker);
     handler.SetConfig(InstancesTest::InstancesFromText(
         R"(<HotkeySettings><pauseResume event="PREF_CHANGE" value="K"><param key="P" value="1"/></pauseResume></HotkeySettings>)"));
-    KT::HotkeySettings hotkeys;
-    registry.Register(&hotkeys);
     handler.AttachInstances();
     hotkeys.Set("startStop", {QString("F1")});
     hotkeys.Set("pauseResume", {QString("F2")});
     EXPECT_EQ(KtTest::EventsText(tracker->Events()), "PREF_CHANGE{K=F2,P=1}");
-    registry.Unregister(&hotkeys);
 }
 
 }  // namespace
