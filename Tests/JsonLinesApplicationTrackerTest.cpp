@@ -65,6 +65,8 @@ std::string Param(const std::string& line, const QString& key)
 }
 
 // --- Escaping ---------------------------------------------------------------------------------
+// Quotes, backslashes, the usual controls and valid UTF-8 read back through the line format's
+// reader (Tests/Store/EventLineTest.cpp); what it cannot tell apart is pinned here.
 
 struct EscapeRow
 {
@@ -85,12 +87,8 @@ TEST_P(JsonEscapeTest, WritesTheLiteral)
 const std::string kFFFD = "\xEF\xBF\xBD";
 
 KT_ROWS(JsonEscapeTest,
-        {{"QuoteAndBackslash", "a\"b\\c", R"("a\"b\\c")"},
-         {"NamedControls", "\b\f\n\r\t", R"("\b\f\n\r\t")"},
-         {"OtherControlsAndDel", std::string("\x01\x1f\x7f", 3), R"("\u0001\u001f\u007f")"},
+        {{"OtherControlsAndDel", std::string("\x01\x1f\x7f", 3), R"("\u0001\u001f\u007f")"},
          {"NulInside", std::string("a\0b", 3), R"("a\u0000b")"},
-         {"Utf8PassesUnchanged", "d\xC3\xA9j\xC3\xA0 \xE2\x82\xAC \xF0\x9F\x8E\xA5",
-          "\"d\xC3\xA9j\xC3\xA0 \xE2\x82\xAC \xF0\x9F\x8E\xA5\""},
          {"StrayContinuation", "a\x80z", "\"a" + kFFFD + "z\""},
          {"TruncatedSequenceIsOneReplacement", "\xE2\x82z", "\"" + kFFFD + "z\""},
          {"TruncatedAtEnd", "a\xF0\x9F\x8E", "\"a" + kFFFD + "\""},
