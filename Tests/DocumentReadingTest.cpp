@@ -333,54 +333,44 @@ TEST_P(DocumentRejectTest, ThrowsWithDescription)
 const std::string kParam = "<filter><event event='E'><param key='K'>";
 const std::string kEnd = "</param></event></filter>";
 
-KT_ROWS(
-    DocumentRejectTest,
-    {
-        // Required attributes: one mechanism, one row per kind of document and of element.
-        {"ObjectWithoutId", 'm', "<ktmstat><gui><object/></gui></ktmstat>",
-         "expected attribute 'id'"},
-        {"MainParamWithoutValue", 'm',
-         "<ktmstat><instances><IScheduler><start event='S'><param key='k'/>"
-         "</start></IScheduler></instances></ktmstat>",
-         "expected attribute 'value'"},
-        {"SignalWithoutSignal", 'm',
-         "<ktmstat><gui><object id='o'><signal event='E'/></object></gui></ktmstat>",
-         "expected attribute 'signal'"},
-        {"ModEventWithoutName", 'f', kParam + "<any><modEvent/></any>" + kEnd,
-         "expected attribute 'name'"},
-        {"FilterEventWithoutEvent", 'f', "<filter><event/></filter>", "expected attribute 'event'"},
-        // Values that do not convert, at their position.
-        {"NotABoolean", 'm', "<ktmstat><gui><object id='o' idIsRoot='yes'/></gui></ktmstat>",
-         ":1:46 error: invalid boolean value 'yes' of attribute 'idIsRoot'"},
-        {"NotAnInteger", 'm',
-         "<ktmstat><gui><widget id='w'><combobox id='c'>\n<current-index-changed-event "
-         "event='E' data='2x'/></combobox></widget></gui></ktmstat>",
-         ":2:51 error: invalid int value '2x' of attribute 'data'"},
-        {"IntegerOutOfRange", 'm',
-         "<ktmstat><gui><widget id='w'><combobox id='c'><current-index-changed-event "
-         "event='E' data='4294967296'/></combobox></widget></gui></ktmstat>",
-         "invalid int value '4294967296'"},
-        {"ToWithTrailingText", 'f', kParam + "<inRange to='12abc'/>" + kEnd,
-         "invalid double value '12abc'"},
-        {"EmptyBound", 'f', kParam + "<inRange to=''/>" + kEnd, "invalid double value ''"},
-        {"ActOnCapitalised", 'f', kParam + "<any actOn='True'/>" + kEnd,
-         "invalid boolean value 'True'"},
-        {"FirstBadValueInDocumentOrder", 'm',
-         "<ktmstat><gui><object id='o' idIsRoot='on'/><object id='p' idIsRoot='yes'/>"
-         "</gui></ktmstat>",
-         "invalid boolean value 'on'"},
-        {"XmlErrorAfterABadValueWins", 'm',
-         "<ktmstat><gui><object id='o' idIsRoot='yes'/></gui></ktmstat",
-         "unterminated end tag 'ktmstat'"},
-        // Roots.
-        {"MainGivenFilter", 'm', "<filter/>", "expected element 'ktmstat' instead of 'filter'"},
-        {"RootInANamespace", 'm', "<ktmstat xmlns='urn:x'/>",
-         "expected element 'ktmstat' instead of 'urn:x#ktmstat'"},
-        {"FilterGivenKtmstat", 'f', "<ktmstat/>", "expected element 'filter' instead of 'ktmstat'"},
-        {"AggregatorGivenFilter", 'a', "<filter/>",
-         "expected element 'aggregator' instead of 'filter'"},
-        {"NotWellFormed", 'm', "<ktmstat>\n<gui>\n</ktmstat>", ":3:"},
-        {"Empty", 'm', "", "error"},
-    });
+KT_ROWS(DocumentRejectTest,
+        {
+            // Required attributes: one mechanism, one row per kind of document.
+            {"ObjectWithoutId", 'm', "<ktmstat><gui><object/></gui></ktmstat>",
+             "expected attribute 'id'"},
+            {"ModEventWithoutName", 'f', kParam + "<any><modEvent/></any>" + kEnd,
+             "expected attribute 'name'"},
+            // Values that do not convert, at their position.
+            {"NotABoolean", 'm', "<ktmstat><gui><object id='o' idIsRoot='yes'/></gui></ktmstat>",
+             ":1:46 error: invalid boolean value 'yes' of attribute 'idIsRoot'"},
+            {"NotAnInteger", 'm',
+             "<ktmstat><gui><widget id='w'><combobox id='c'>\n<current-index-changed-event "
+             "event='E' data='2x'/></combobox></widget></gui></ktmstat>",
+             ":2:51 error: invalid int value '2x' of attribute 'data'"},
+            {"IntegerOutOfRange", 'm',
+             "<ktmstat><gui><widget id='w'><combobox id='c'><current-index-changed-event "
+             "event='E' data='4294967296'/></combobox></widget></gui></ktmstat>",
+             "invalid int value '4294967296'"},
+            {"ToWithTrailingText", 'f', kParam + "<inRange to='12abc'/>" + kEnd,
+             "invalid double value '12abc'"},
+            {"EmptyBound", 'f', kParam + "<inRange to=''/>" + kEnd, "invalid double value ''"},
+            {"ActOnCapitalised", 'f', kParam + "<any actOn='True'/>" + kEnd,
+             "invalid boolean value 'True'"},
+            {"FirstBadValueInDocumentOrder", 'm',
+             "<ktmstat><gui><object id='o' idIsRoot='on'/><object id='p' idIsRoot='yes'/>"
+             "</gui></ktmstat>",
+             "invalid boolean value 'on'"},
+            {"XmlErrorAfterABadValueWins", 'm',
+             "<ktmstat><gui><object id='o' idIsRoot='yes'/></gui></ktmstat",
+             "unterminated end tag 'ktmstat'"},
+            // Roots.
+            {"MainGivenFilter", 'm', "<filter/>", "expected element 'ktmstat' instead of 'filter'"},
+            {"RootInANamespace", 'm', "<ktmstat xmlns='urn:x'/>",
+             "expected element 'ktmstat' instead of 'urn:x#ktmstat'"},
+            {"FilterGivenKtmstat", 'f', "<ktmstat/>",
+             "expected element 'filter' instead of 'ktmstat'"},
+            {"AggregatorGivenFilter", 'a', "<filter/>",
+             "expected element 'aggregator' instead of 'filter'"},
+        });
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "Support/EventText.h"
 #include "Support/InstancesConfig.h"
 #include "Support/LaunchAndCrashDoubles.h"
+#include "Support/Named.h"
 #include "Support/QtPump.h"
 
 #include "App/ILaunchTypeProcessor.h"
@@ -38,6 +39,7 @@ using namespace Velkor;
 using InstancesTest::RecordingTracker;
 using KT::Tracking::Event;
 using KT::Tracking::FillerTypes;
+using KtTest::Named;
 
 namespace
 {
@@ -60,21 +62,12 @@ struct Windows
     Windows()
     {
         main.setObjectName("MainWindow");
-        auto* central = new QWidget(&main);
         main.setCentralWidget(central);
-        recButton = new QPushButton("Rec", central);
-        recButton->setObjectName("recButton");
-        captureMode = new QComboBox(central);
-        captureMode->setObjectName("captureModeComboBox");
         captureMode->addItems({"Game", "Desktop"});
         takeScreenshot = main.menuBar()->addMenu("Capture")->addAction("Take screenshot");
         takeScreenshot->setObjectName("ActionTakeScreenshot");
         main.addAction(takeScreenshot);
-
         panel.setObjectName("CaptureControlPanel");
-        pauseButton = new QPushButton("Pause", &panel);
-        pauseButton->setObjectName("pauseButton");
-
         tray.setObjectName("TrayMenu");
         trayStop = tray.addAction("Stop recording");
         trayStop->setObjectName("TrayActionStopRecord");
@@ -83,51 +76,33 @@ struct Windows
     QMainWindow main;
     QWidget panel;
     QMenu tray;
-    QPushButton* recButton;
-    QComboBox* captureMode;
+    QWidget* central = new QWidget(&main);
+    QPushButton* recButton = Named<QPushButton>("recButton", "Rec", central);
+    QComboBox* captureMode = Named<QComboBox>("captureModeComboBox", central);
     QAction* takeScreenshot;
-    QPushButton* pauseButton;
+    QPushButton* pauseButton = Named<QPushButton>("pauseButton", "Pause", &panel);
     QAction* trayStop;
 };
 
-class EndToEndSessionTest : public testing::Test
+TEST(EndToEndSessionTest, DeliveredEventsOfAUserSession)
 {
-protected:
-    void SetUp() override
-    {
-        registry.Register<KT::ICaptureInfo>(&capture);
-        registry.Register<KT::AbstractScreenshotTakerWrapper>(&screenshots);
-        registry.Register<KT::Service::Sharing::AbstractSharingManager>(&sharing);
-        registry.Register<KT::ProductSettings>(&productSettings);
-
-        auto aggregator = std::make_shared<KT::Tracking::AggregatorKtTracker>(delivered);
-        aggregator->SetConfig(KT::Tracking::LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
-        auto filter = std::make_shared<KT::Tracking::FilterKtTracker>(aggregator);
-        filter->SetConfig(KT::Tracking::LoadConfigFromQrc("/KT/Tracking/FilterConfig.xml"));
-        head = filter;
-    }
-
-    void TearDown() override
-    {
-        registry.Unregister<KT::ProductSettings>(&productSettings);
-        registry.Unregister<KT::Service::Sharing::AbstractSharingManager>(&sharing);
-        registry.Unregister<KT::AbstractScreenshotTakerWrapper>(&screenshots);
-        registry.Unregister<KT::ICaptureInfo>(&capture);
-    }
-
     KT::InstanceRegistry registry;
     KT::CaptureInfo capture;
     KT::ScreenshotTaker screenshots;
     KT::Service::Sharing::SharingManager sharing{4};  // YOUTUBE
     KT::ProductSettings productSettings;
-    std::shared_ptr<RecordingTracker> delivered = std::make_shared<RecordingTracker>();
-    std::shared_ptr<KT::Tracking::IKtTracker> head;
-};
+    registry.Register<KT::ICaptureInfo>(&capture);
+    registry.Register<KT::AbstractScreenshotTakerWrapper>(&screenshots);
+    registry.Register<KT::Service::Sharing::AbstractSharingManager>(&sharing);
+    registry.Register<KT::ProductSettings>(&productSettings);
 
-TEST_F(EndToEndSessionTest, DeliveredEventsOfAUserSession)
-{
+    const auto delivered = std::make_shared<RecordingTracker>();
+    auto aggregator = std::make_shared<KT::Tracking::AggregatorKtTracker>(delivered);
+    aggregator->SetConfig(KT::Tracking::LoadConfigFromQrc("/KT/Tracking/AggregatorConfig.xml"));
+    auto filter = std::make_shared<KT::Tracking::FilterKtTracker>(aggregator);
+    filter->SetConfig(KT::Tracking::LoadConfigFromQrc("/KT/Tracking/FilterConfig.xml"));
     auto manager = std::make_unique<KT::Tracking::StatisticsManager>(
-        head, std::make_shared<App::LookAndFeelManager>("en"), nullptr, nullptr,
+        filter, std::make_shared<App::LookAndFeelManager>("en"), nullptr, nullptr,
         std::make_shared<KtTest::FixedLaunchType>(App::ILaunchTypeProcessor::FirstStart),
         std::make_shared<KtTest::ListCrashTracker>(std::vector<std::string>{"crashed-session"}),
         std::make_shared<KT::ConvertationSettings>(),

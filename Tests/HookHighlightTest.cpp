@@ -3,14 +3,12 @@
 
 #include "Tracking/Gui/HookHighlight.h"
 
-#include "Tracking/Config/KtmStat.h"
-#include "Tracking/Gui/GuiHandler.h"
 #include "Tracking/Gui/HighlightMarks_p.h"
 #include "Tracking/Gui/HighlightOverlay_p.h"
 
 #include "Support/Named.h"
 #include "Support/QtPump.h"
-#include "Support/RecordingTracker.h"
+#include "Support/ReportingHandler.h"
 #include "Support/Table.h"
 
 #include <gtest/gtest.h>
@@ -31,14 +29,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
-namespace Config = Velkor::KT::Tracking::Config;
 using KtTest::Named;
 using Velkor::KT::Tracking::AttachReport;
-using Velkor::KT::Tracking::GuiHandler;
 using Velkor::KT::Tracking::HookHighlight;
 using Velkor::KT::Tracking::Gui::HighlightMarks;
 using Velkor::KT::Tracking::Gui::Outline;
@@ -49,8 +44,7 @@ namespace
 {
 
 // One element a line: the lines are what the outlines' texts name.
-const char kDocument[] = R"(<ktmstat><gui>
-<widget id="MainWindow">
+const std::string kDocument = KtTest::GuiDocument(R"(<widget id="MainWindow">
 <button id="twiceButton"><mouse-release-event event="TWICE_TOP"/></button>
 <button id="okButton"><clicked-event event="OK_CLICKED"/></button>
 <widget id="panel">
@@ -58,7 +52,7 @@ const char kDocument[] = R"(<ktmstat><gui>
 </widget>
 </widget>
 <action id="actionQuit" propertyName="state"><triggered-event event="QUIT"/></action>
-</gui></ktmstat>)";
+)");
 
 // A window with one widget of each kind the highlight tells apart, well apart from each other.
 struct Host
@@ -92,20 +86,14 @@ struct Host
 
 // Attaches the host the way the statistics manager attaches all windows (the window, then each
 // action of its list: the action is reached twice), every report going to `sink`.
-struct Attached
+struct Attached : KtTest::ReportingHandler
 {
-    explicit Attached(Host& host, Velkor::KT::Tracking::AttachReportSink sink)
+    Attached(Host& host, Velkor::KT::Tracking::AttachReportSink sink) : ReportingHandler(kDocument)
     {
-        std::istringstream input(kDocument);
-        std::vector<int> lines;
-        const auto model = Config::ktmstat(input, lines, ::xml_schema::flags::dont_validate);
-        handler.SetConfig(*model->gui(), lines);
         handler.SetAttachReportSink(std::move(sink));
         handler.Attach(&host.window);
         handler.Attach(host.quit);
     }
-
-    GuiHandler handler{std::make_shared<KtTest::RecordingTracker>()};
 };
 
 QRect GlobalRect(const QWidget* widget)

@@ -35,7 +35,6 @@
 #include <QPushButton>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -128,37 +127,29 @@ struct Windows
     QAction* trayStop;
 };
 
-// The reference services and settings objects, registered for their whole life.
+// The reference services and settings objects, registered for their whole life (the registry
+// goes last, after the manager and the objects).
 struct Services
 {
     Services()
     {
-        Add(static_cast<KT::ICaptureInfo*>(&capture));
-        Add(static_cast<KT::ICaptureMonitor*>(&monitor));
-        Add(static_cast<KT::IConverter*>(&converter));
-        Add(static_cast<KT::IScheduler*>(&scheduler));
-        Add(static_cast<KT::IDurationLimiter*>(&limiter));
-        Add(static_cast<KT::AbstractScreenshotTakerWrapper*>(&screenshots));
-        Add(static_cast<KT::IFileManager*>(&files));
-        Add(static_cast<KT::Service::Sharing::AbstractSharingManager*>(&sharing));
-        Add(static_cast<KT::Service::ScreenPainting::IPaintingController*>(&painting));
-        Add(static_cast<KT::Service::Tutorial::ITutorialManager*>(&tutorial));
-        Add(static_cast<KT::Service::AreaSelector::ISelector*>(&selector));
-        Add(&product);
-        Add(convertation.get());
-        Add(&hotkeys);
-        Add(&audio);
-        Add(&video);
-        Add(&ui);
-    }
-
-    ~Services()
-    {
-        for (auto unregister = m_unregister.rbegin(); unregister != m_unregister.rend();
-             ++unregister)
-        {
-            (*unregister)();
-        }
+        registry.Register<KT::ICaptureInfo>(&capture);
+        registry.Register<KT::ICaptureMonitor>(&monitor);
+        registry.Register<KT::IConverter>(&converter);
+        registry.Register<KT::IScheduler>(&scheduler);
+        registry.Register<KT::IDurationLimiter>(&limiter);
+        registry.Register<KT::AbstractScreenshotTakerWrapper>(&screenshots);
+        registry.Register<KT::IFileManager>(&files);
+        registry.Register<KT::Service::Sharing::AbstractSharingManager>(&sharing);
+        registry.Register<KT::Service::ScreenPainting::IPaintingController>(&painting);
+        registry.Register<KT::Service::Tutorial::ITutorialManager>(&tutorial);
+        registry.Register<KT::Service::AreaSelector::ISelector>(&selector);
+        registry.Register(&product);
+        registry.Register(convertation.get());
+        registry.Register(&hotkeys);
+        registry.Register(&audio);
+        registry.Register(&video);
+        registry.Register(&ui);
     }
 
     void Work()
@@ -226,55 +217,30 @@ struct Services
     KT::CaptureAudioSettings audio;
     KT::CaptureVideoSettings video;
     KT::IUiSettings ui;
-
-private:
-    // Registers `instance` under its type, and unregisters it when the services go.
-    template <class T>
-    void Add(T* instance)
-    {
-        registry.Register(instance);
-        m_unregister.push_back([this, instance] { registry.Unregister(instance); });
-    }
-
-    std::vector<std::function<void()>> m_unregister;
 };
 
 }  // namespace
 
-const char* const kSessionDocument = R"doc(<ktmstat>
-  <gui>
-    <widget id="MainWindow">
-      <show-event event="SHOW_WINDOW"><param key="WINDOW" value="MAIN"/></show-event>
-      <button id="recButton">
-        <mouse-release-event event="BUTTON_CAPTURE_START_EVENT">
-          <param key="METHOD" value="BUTTON"/>
-        </mouse-release-event>
-      </button>
-      <combobox id="captureModeComboBox">
-        <current-index-changed-event event="CUSTOMER_ACTION" mapped="SELECT_CAPTURE_MODE">
-          <map key="0" value="GAME"/><map key="1" value="DESKTOP"/>
-        </current-index-changed-event>
-      </combobox>
-      <object id="GlobalHotkeyManager">
-        <stringSignal event="HOTKEY_TRIGGERED" signal="2HotkeyTriggeredId(QString)" key="HOTKEY_ID"/>
-      </object>
-    </widget>
-    <action id="ActionStartRecord" propertyName="state" propertyValue="Configuring">
-      <triggered-event event="MENU_BAR_CAPTURE_START_EVENT"/>
-    </action>
-  </gui>
-  <instances>
-    <ICaptureInfo>
-      <stop event="CAPTURE_STOP" duration="DURATION">
-        <param key="REASON_STOP" value="SUCCESS"/>
-        <project size="FILE_SIZE"/>
-      </stop>
-    </ICaptureInfo>
-    <HotkeySettings>
-      <startStop event="PREF_CHANGE" value="HOTKEY_START_STOP"/>
-    </HotkeySettings>
-  </instances>
-</ktmstat>)doc";
+const char* const kSessionDocument = R"doc(<ktmstat><gui>
+  <widget id="MainWindow">
+    <show-event event="SHOW_WINDOW"><param key="WINDOW" value="MAIN"/></show-event>
+    <button id="recButton"><mouse-release-event event="BUTTON_CAPTURE_START_EVENT">
+      <param key="METHOD" value="BUTTON"/></mouse-release-event></button>
+    <combobox id="captureModeComboBox">
+      <current-index-changed-event event="CUSTOMER_ACTION" mapped="SELECT_CAPTURE_MODE">
+        <map key="0" value="GAME"/><map key="1" value="DESKTOP"/></current-index-changed-event>
+    </combobox>
+    <object id="GlobalHotkeyManager">
+      <stringSignal event="HOTKEY_TRIGGERED" signal="2HotkeyTriggeredId(QString)" key="HOTKEY_ID"/>
+    </object>
+  </widget>
+  <action id="ActionStartRecord" propertyName="state" propertyValue="Configuring">
+    <triggered-event event="MENU_BAR_CAPTURE_START_EVENT"/></action>
+</gui><instances>
+  <ICaptureInfo><stop event="CAPTURE_STOP" duration="DURATION">
+    <param key="REASON_STOP" value="SUCCESS"/><project size="FILE_SIZE"/></stop></ICaptureInfo>
+  <HotkeySettings><startStop event="PREF_CHANGE" value="HOTKEY_START_STOP"/></HotkeySettings>
+</instances></ktmstat>)doc";
 
 SessionOutcome RunSession(const std::vector<std::optional<std::string>>& rounds)
 {
