@@ -379,15 +379,4 @@ TEST(AttachReportEventsTest, HooksMadeTwiceSendAsTheReportSays)
               (std::vector<std::string>{"OK", "OK", "QUIT", "QUIT", "ABOUT_SHOWN"}));
 }
 
-// A window attached by itself, when it gets its native window, is reported like any other.
-TEST(AttachReportAutoTest, NewWindowAttachedByItselfIsReported)
-{
-    ReportingHandler handler(Document(kCorrect));
-    Windows windows;
-    windows.main.show();
-    ASSERT_EQ(handler.reports.size(), 1u);
-    EXPECT_EQ(handler.reports.front().AttachedTo(), "'MainWindow'");
-    EXPECT_EQ(handler.reports.front().UnmatchedCount(), 1);  // the action, attached on its own
-}
-
 }  // namespace
