@@ -135,7 +135,12 @@ KT_ROWS(MalformedInputTest,
          {"NumberValue", kTwoGood + "{\"name\":\"C\",\"params\":{\"D\":90}}",
           "3: value of \"D\" must be a string, not a number"},
          {"ParamsArray", "{\"name\":\"C\",\"params\":[]}", "1: \"params\" must be an object"},
-         {"MisspelledKey", "{\"name\":\"C\",\"param\":{}}", "1: unknown key \"param\""}});
+         {"MisspelledKey", "{\"name\":\"C\",\"param\":{}}", "1: unknown key \"param\""},
+         {"RepeatedParam", kTwoGood + "{\"name\":\"C\",\"params\":{\"D\":\"1\",\"D\":\"2\"}}",
+          "3: key \"D\" appears twice in one object"},
+         {"RepeatedThroughEscape", "{\"name\":\"C\",\"na\\u006de\":\"D\"}",
+          "1: key \"name\" appears"},
+         {"RepeatedObject", "{\"params\":{\"a\":[]},\"params\":{}}", "1: key \"params\" appears"}});
 
 TEST(MalformedCommandTest, ExitsWithTwoAndTheLine)
 {
@@ -150,7 +155,7 @@ TEST(EventsJsonTest, RecordedEventsReadBack)
 {
     using namespace std::string_literals;
     const std::vector<Event> events{
-        {"A", {}},
+        {"A", {{"name", "name"}}},
         {"QUOTE\"BACK\\SLASH", {{"TAB\tKEY", "line\nbreak"}, {"EMPTY", ""}}},
         {"PATH", {{"FILE", "C:\\Users\\J\xc3\xb6rg\\v\xe2\x82\xac.mp4"}, {"CTRL", "\x01\x1f\x7f"}}},
         {"NUL\0INSIDE"s, {{"EMOJI \xf0\x9f\x8e\xa5", "\0"s}, {"\xe4\xb8\xad", "\r\b\f"}}},

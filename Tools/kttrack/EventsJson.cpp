@@ -1,5 +1,6 @@
 #include "EventsJson.h"
 
+#include "RepeatedJsonKey.h"
 #include "ToolError.h"
 
 #include "Tracking/Events/EventJson.h"
@@ -12,6 +13,7 @@
 #include <QList>
 
 #include <iterator>
+#include <optional>
 
 namespace Velkor::KT::KtTrack
 {
@@ -62,6 +64,12 @@ bool IsBlank(const QByteArray& line)
 
 Tracking::Event ParseLine(const QByteArray& line, const std::string& where)
 {
+    // A repeated key would leave one of two values unread. It is looked for before parsing:
+    // Qt 5's parser loses the memory of an object or array that a repeated key replaces.
+    if (const std::optional<QString> key = RepeatedJsonKey(line))
+    {
+        throw ToolError(where + "key " + QuotedKey(*key) + " appears twice in one object");
+    }
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(line, &error);
     if (error.error != QJsonParseError::NoError)
