@@ -1,7 +1,6 @@
 // The uploader (Kt::Analytics) beside its floors, in one run, the floors measured by turns with
 // what they are the floor of so that a busy machine slows both alike:
-// - Track on the host's thread, against the reference JSON Lines tracker and against that tracker
-//   as it was before the line gained its id (the line format copied below);
+// - Track on the host's thread, against the reference JSON Lines tracker;
 // - events per second from Track into a local ClickHouse server until drained, against the same
 //   rows posted to the server directly, batch after batch, by one client;
 // - the upload thread's own work for a batch;
@@ -16,26 +15,20 @@
 #include "Analytics/EventLineFormat_p.h"
 #include "Analytics/Gzip_p.h"
 #include "Analytics/JsonLinesApplicationTracker.h"
-#include "Analytics/JsonText.h"
 #include "Analytics/NdjsonSink_p.h"
-#include "Analytics/RotatingAppendFile_p.h"
 #include "Analytics/UploadingApplicationTracker.h"
 
 #include "Support/ClickHouseServer.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QDir>
 #include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <ctime>
 #include <fstream>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -76,71 +69,6 @@ std::string SpoolLines(int count)
     }
     return data;
 }
-
-// The reference tracker's line as it was before it gained the id, the installation and the
-// version (time formatted with gmtime_r and snprintf on every call), for the floor.
-std::string FormatLineAsBefore(const std::string& identity, const Properties& defaults,
-                               const std::string& name, const Properties& properties)
-{
-    std::string line;
-    line.reserve(128 + name.size() + properties.size() * 32);
-    const auto now = std::chrono::system_clock::now();
-    const auto milliseconds =
-        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() %
-        1000;
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    std::tm utc{};
-    ::gmtime_r(&seconds, &utc);
-    char text[32];
-    const int length = std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ",
-                                     utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday, utc.tm_hour,
-                                     utc.tm_min, utc.tm_sec, static_cast<int>(milliseconds));
-    line += "{\"time\":\"";
-    line.append(text, static_cast<size_t>(length));
-    line += "\",\"sid\":";
-    const auto sid = defaults.find(SID);
-    AppendJsonString(line, sid == defaults.end() ? std::string() : sid->second);
-    line += ",\"app\":";
-    AppendJsonString(line, identity);
-    line += ",\"name\":";
-    AppendJsonString(line, name);
-    line += ",\"params\":{";
-    bool first = true;
-    for (const auto& [key, value] : properties)
-    {
-        if (!first)
-        {
-            line.push_back(',');
-        }
-        first = false;
-        AppendJsonString(line, key);
-        line.push_back(':');
-        AppendJsonString(line, value);
-    }
-    line += "}}\n";
-    return line;
-}
-
-// That tracker's Track: its lock, its line, its append.
-class TrackerAsBefore
-{
-public:
-    explicit TrackerAsBefore(const std::string& directory) : m_files("events", 1ull << 40, 1)
-    {
-        m_files.Open(directory);
-    }
-
-    bool Track(const std::string& name, const Properties& properties)
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        return m_files.Append(FormatLineAsBefore("recorder", m_defaults, name, properties));
-    }
-
-private:
-    std::mutex m_mutex;
-    RotatingAppendFile m_files;
-    const Properties m_defaults{{SID, "session"}};
-};
 
 long ResidentKiB(const char* field = "VmRSS:")
 {
@@ -212,10 +140,10 @@ double Median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-// The three trackers take turns, 1,000 events each, 300 turns: a machine that is busy at one
-// moment slows all three alike. Each gets a data directory of its own; the uploader's store is
+// The two trackers take turns, 1,000 events each, 300 turns: a machine that is busy at one
+// moment slows both alike. Each gets a data directory of its own; the uploader's store is
 // away, so its thread waits out a backoff and takes no time. Counters: the median time of one
-// Track over the turns, in ns, and the uploader's against each reference tracker.
+// Track over the turns, in ns, and the uploader's against the reference tracker.
 void BM_TrackSideBySide(benchmark::State& state)
 {
     constexpr int kTurns = 300;
@@ -225,12 +153,10 @@ void BM_TrackSideBySide(benchmark::State& state)
     for (auto _ : state)
     {
         QTemporaryDir directory;
-        QDir(directory.path()).mkpath("before");
-        TrackerAsBefore before((directory.path() + "/before").toStdString());
         auto reference = Reference(directory.path() + "/reference");
         auto uploader = Uploader(Options(true), directory.path() + "/uploader");
 
-        std::vector<double> asBefore, asNow, uploading;
+        std::vector<double> referenceTimes, uploading;
         const auto turn = [&](auto&& track, std::vector<double>& times)
         {
             const auto start = Clock::now();
@@ -243,17 +169,14 @@ void BM_TrackSideBySide(benchmark::State& state)
         };
         for (int i = 0; i < kTurns; ++i)
         {
-            turn([&] { return before.Track(name, properties); }, asBefore);
-            turn([&] { return reference->Track(name, properties); }, asNow);
+            turn([&] { return reference->Track(name, properties); }, referenceTimes);
             turn([&] { return uploader->Track(name, properties); }, uploading);
         }
-        state.counters["before ns"] = Median(asBefore);
-        state.counters["reference ns"] = Median(asNow);
+        state.counters["reference ns"] = Median(referenceTimes);
         state.counters["uploader ns"] = Median(uploading);
-        state.counters["x before"] = Median(uploading) / Median(asBefore);
-        state.counters["x reference"] = Median(uploading) / Median(asNow);
+        state.counters["x reference"] = Median(uploading) / Median(referenceTimes);
     }
-    state.SetLabel("uploader / reference tracker (floor) / the same before the id (floor)");
+    state.SetLabel("uploader / reference tracker (floor)");
 }
 BENCHMARK(BM_TrackSideBySide)->Iterations(1)->Unit(benchmark::kSecond);
 
