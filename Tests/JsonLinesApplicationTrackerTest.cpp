@@ -2,11 +2,11 @@
 #include "Analytics/JsonLinesApplicationTracker.h"
 #include "Analytics/JsonText.h"
 
+#include "Support/StoredFiles.h"
 #include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -27,33 +27,10 @@ namespace
 
 using Options = JsonLinesApplicationTracker::Options;
 
-// The lines of the data directory's files "events[.N].jsonl", oldest first; `whole` is cleared
-// when a file does not end with a line end.
-std::vector<std::string> StoredLines(const QString& directory, bool* whole = nullptr)
+// The lines of the data directory's files, oldest first.
+std::vector<std::string> StoredLines(const QString& directory)
 {
-    std::vector<std::string> lines;
-    for (int number = 10000; number >= 0; --number)
-    {
-        QFile file(directory +
-                   (number ? QString("/events.%1.jsonl").arg(number) : "/events.jsonl"));
-        if (!file.open(QIODevice::ReadOnly))
-        {
-            continue;
-        }
-        const QByteArray content = file.readAll();
-        if (whole && !content.isEmpty() && !content.endsWith('\n'))
-        {
-            *whole = false;
-        }
-        for (const QByteArray& line : content.split('\n'))
-        {
-            if (!line.isEmpty())
-            {
-                lines.push_back(line.toStdString());
-            }
-        }
-    }
-    return lines;
+    return KtTest::ReadStoredFiles(directory, true).lines;
 }
 
 // The parameter `key` of a stored line, which must be a JSON object.
@@ -236,13 +213,13 @@ TEST(JsonLinesApplicationTrackerTest, EveryAcknowledgedEventSurvivesSigkillExact
     ASSERT_EQ(last.acknowledged.size(), 300u);
     acknowledged.insert(last.acknowledged.begin(), last.acknowledged.end());
 
-    bool whole = true;
+    const KtTest::StoredFiles files = KtTest::ReadStoredFiles(directory.path(), true);
     std::vector<long long> inFile;
-    for (const auto& line : StoredLines(directory.path(), &whole))
+    for (const auto& line : files.lines)
     {
         inFile.push_back(std::stoll(Param(line, "I")));
     }
-    EXPECT_TRUE(whole);
+    EXPECT_TRUE(files.allEndInNewline);
     // Strictly increasing: nothing doubled, nothing out of order.
     EXPECT_TRUE(std::adjacent_find(inFile.begin(), inFile.end(), std::greater_equal<>()) ==
                 inFile.end());

@@ -3,69 +3,29 @@
 
 #include "Analytics/RotatingAppendFile_p.h"
 
+#include "Support/StoredFiles.h"
 #include "Support/Table.h"
 
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <map>
 #include <numeric>
 #include <string>
 #include <vector>
 
 using Velkor::Analytics::RotatingAppendFile;
 using Naming = RotatingAppendFile::Naming;
+using Stored = KtTest::StoredFiles;
 
 namespace
 {
 
-// The files of a directory, oldest first, split into lines.
-struct Stored
-{
-    std::vector<std::string> lines;
-    std::vector<qint64> fileSizes;
-    int files = 0;  // every *.jsonl file of the directory
-    bool allEndInNewline = true;
-};
-
 Stored ReadStored(const QString& directory, Naming naming)
 {
-    Stored stored;
-    const QRegularExpression pattern(R"(^events(?:\.(\d+))?\.jsonl$)");
-    std::map<long long, QString> byAge;  // oldest first
-    for (const QString& name : QDir(directory).entryList({"*.jsonl"}, QDir::Files))
-    {
-        ++stored.files;
-        const auto match = pattern.match(name);
-        if (match.hasMatch())
-        {
-            const long long number =
-                match.captured(1).isEmpty() ? 0 : match.captured(1).toLongLong();
-            byAge[naming == Naming::Shifting ? -number : number] = name;
-        }
-    }
-    for (const auto& entry : byAge)
-    {
-        QFile file(directory + '/' + entry.second);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << entry.second.toStdString();
-        const QByteArray content = file.readAll();
-        stored.fileSizes.push_back(content.size());
-        stored.allEndInNewline =
-            stored.allEndInNewline && (content.isEmpty() || content.endsWith('\n'));
-        for (const QByteArray& line : content.split('\n'))
-        {
-            if (!line.isEmpty())
-            {
-                stored.lines.push_back(line.toStdString());
-            }
-        }
-    }
-    return stored;
+    return KtTest::ReadStoredFiles(directory, naming == Naming::Shifting);
 }
 
 // --- Torn lines -------------------------------------------------------------------------------
