@@ -169,37 +169,12 @@ run_store() {
     trap stop_store EXIT
     http="$(free_port)"; tcp="$(free_port)"
     while [ "$tcp" = "$http" ]; do tcp="$(free_port)"; done
-    cat >"$work/config.xml" <<EOF_CONFIG
-<?xml version="1.0"?>
-<yandex>
-    <logger><level>warning</level><console>0</console>
-        <log>$work/server.log</log><errorlog>$work/server.err.log</errorlog></logger>
-    <listen_host>127.0.0.1</listen_host>
-    <http_port>$http</http_port>
-    <tcp_port>$tcp</tcp_port>
-    <path>$work/data/</path>
-    <tmp_path>$work/data/tmp/</tmp_path>
-    <user_files_path>$work/data/user_files/</user_files_path>
-    <format_schema_path>$work/data/format_schemas/</format_schema_path>
-    <users_config>users.xml</users_config>
-    <default_profile>default</default_profile>
-    <default_database>default</default_database>
-    <mark_cache_size>67108864</mark_cache_size>
-    <timezone>UTC</timezone>
-</yandex>
-EOF_CONFIG
-    cat >"$work/users.xml" <<'EOF_USERS'
-<?xml version="1.0"?>
-<yandex>
-    <profiles><default></default></profiles>
-    <users><default><password></password><networks><ip>127.0.0.1</ip></networks>
-        <profile>default</profile><quota>default</quota></default></users>
-    <quotas><default><interval><duration>3600</duration><queries>0</queries><errors>0</errors>
-        <result_rows>0</result_rows><read_rows>0</read_rows><execution_time>0</execution_time>
-    </interval></default></quotas>
-</yandex>
-EOF_USERS
-    "$server" --config-file="$work/config.xml" >"$work/server.out" 2>&1 &
+    cp Lib/Analytics/Store/local/config.xml Lib/Analytics/Store/local/users.xml "$work/"
+    "$server" --config-file="$work/config.xml" -- --path="$work/data/" \
+        --tmp_path="$work/data/tmp/" --user_files_path="$work/data/user_files/" \
+        --format_schema_path="$work/data/format_schemas/" --http_port="$http" --tcp_port="$tcp" \
+        --logger.log="$work/server.log" --logger.errorlog="$work/server.err.log" \
+        >"$work/server.out" 2>&1 &
     store_pid=$!
     local client=(clickhouse-client --host 127.0.0.1 --port "$tcp")
     local tries=0

@@ -1,5 +1,6 @@
 #include "Support/ClickHouseServer.h"
 
+#include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 #include <QTcpServer>
@@ -56,52 +57,22 @@ ClickHouseServer& ClickHouseServer::Shared()
 
 ClickHouseServer::ClickHouseServer(Ports ports, std::vector<int> shards) : m_ports(ports)
 {
-    const std::string root = m_directory.path().toStdString();
-    std::string cluster;
+    for (const char* file : {"config.xml", "users.xml"})
+    {
+        QFile::copy(KT_STORE_DIR "/local/" + QString(file), m_directory.filePath(file));
+    }
     if (!shards.empty())
     {
-        cluster = "    <remote_servers><kt_shards>\n";
+        QDir(m_directory.path()).mkdir("conf.d");
+        std::ofstream cluster(m_directory.filePath("conf.d/shards.xml").toStdString());
+        cluster << "<yandex><remote_servers><kt_shards>\n";
         for (const int port : shards)
         {
-            cluster += "        <shard><replica><host>127.0.0.1</host><port>" +
-                       std::to_string(port) + "</port></replica></shard>\n";
+            cluster << "<shard><replica><host>127.0.0.1</host><port>" << port
+                    << "</port></replica></shard>\n";
         }
-        cluster += "    </kt_shards></remote_servers>\n";
+        cluster << "</kt_shards></remote_servers></yandex>\n";
     }
-    std::ofstream(root + "/config.xml")
-        << "<?xml version=\"1.0\"?>\n<yandex>\n"
-        << "    <logger><level>warning</level><console>0</console><log>" << root
-        << "/server.log</log><errorlog>" << root << "/server.err.log</errorlog></logger>\n"
-        << "    <listen_host>127.0.0.1</listen_host>\n"
-        << "    <http_port>" << m_ports.http << "</http_port>\n"
-        << "    <tcp_port>" << m_ports.tcp << "</tcp_port>\n"
-        << "    <path>" << root << "/data/</path>\n"
-        << "    <tmp_path>" << root << "/data/tmp/</tmp_path>\n"
-        << "    <user_files_path>" << root << "/data/user_files/</user_files_path>\n"
-        << "    <format_schema_path>" << root << "/data/format_schemas/</format_schema_path>\n"
-        << "    <users_config>users.xml</users_config>\n"
-        << "    <default_profile>default</default_profile>\n"
-        << "    <default_database>default</default_database>\n"
-        << "    <mark_cache_size>67108864</mark_cache_size>\n"
-        << "    <timezone>UTC</timezone>\n"
-        << cluster << "</yandex>\n";
-    const char* user = R"(<%s><password>%s</password><networks><ip>127.0.0.1</ip></networks>)"
-                       R"(<profile>default</profile><quota>default</quota></%s>)";
-    char defaultUser[512];
-    char uploader[512];
-    std::snprintf(defaultUser, sizeof defaultUser, user, "default", "", "default");
-    std::snprintf(uploader, sizeof uploader, user, "uploader", "secret", "uploader");
-    std::ofstream(root + "/users.xml")
-        << "<?xml version=\"1.0\"?>\n<yandex>\n"
-        << "    <profiles><default><max_memory_usage>4000000000</max_memory_usage>"
-        // A loaded machine answers a shard's connection later than the default 50 ms.
-        << "<connect_timeout_with_failover_ms>2000</connect_timeout_with_failover_ms>"
-        << "</default></profiles>\n"
-        << "    <users>" << defaultUser << uploader << "</users>\n"
-        << "    <quotas><default><interval><duration>3600</duration><queries>0</queries>"
-        << "<errors>0</errors><result_rows>0</result_rows><read_rows>0</read_rows>"
-        << "<execution_time>0</execution_time></interval></default></quotas>\n"
-        << "</yandex>\n";
 }
 
 void ClickHouseServer::Start()
@@ -113,7 +84,24 @@ void ClickHouseServer::Start()
     {
         throw std::runtime_error("clickhouse-server is not installed (./build.sh installs it)");
     }
-    const std::string config = "--config-file=" + m_directory.path().toStdString() + "/config.xml";
+    const std::string root = m_directory.path().toStdString();
+    std::vector<std::string> arguments{binary,
+                                       "--config-file=" + root + "/config.xml",
+                                       "--",
+                                       "--path=" + root + "/data/",
+                                       "--tmp_path=" + root + "/data/tmp/",
+                                       "--user_files_path=" + root + "/data/user_files/",
+                                       "--format_schema_path=" + root + "/data/format_schemas/",
+                                       "--http_port=" + std::to_string(m_ports.http),
+                                       "--tcp_port=" + std::to_string(m_ports.tcp),
+                                       "--logger.log=" + root + "/server.log",
+                                       "--logger.errorlog=" + root + "/server.err.log"};
+    std::vector<char*> argv;
+    for (std::string& argument : arguments)
+    {
+        argv.push_back(argument.data());
+    }
+    argv.push_back(nullptr);
     const pid_t parent = ::getpid();
     const pid_t pid = ::fork();
     if (pid == 0)
@@ -128,7 +116,7 @@ void ClickHouseServer::Start()
         ::dup2(null, STDIN_FILENO);
         ::dup2(null, STDOUT_FILENO);
         ::dup2(null, STDERR_FILENO);
-        ::execl(binary.c_str(), binary.c_str(), config.c_str(), static_cast<char*>(nullptr));
+        ::execv(binary.c_str(), argv.data());
         ::_exit(127);
     }
     if (pid < 0)
