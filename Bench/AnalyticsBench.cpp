@@ -22,7 +22,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -41,22 +40,10 @@ namespace
 {
 
 // The ten properties of a typical event (as Bench/BenchSupport.h's TenProperties()).
-const Properties& TenProperties()
-{
-    static const Properties properties = []
-    {
-        Properties p;
-        for (int i = 0; i < 7; ++i)
-        {
-            p["KEY_" + std::to_string(i)] = "VALUE_" + std::to_string(i);
-        }
-        p["DURATION"] = "90";
-        p["FILE_SIZE"] = "5242880";
-        p["AUDIO_SOURCES"] = "";
-        return p;
-    }();
-    return properties;
-}
+const Properties kTenProperties{
+    {"KEY_0", "VALUE_0"},     {"KEY_1", "VALUE_1"}, {"KEY_2", "VALUE_2"}, {"KEY_3", "VALUE_3"},
+    {"KEY_4", "VALUE_4"},     {"KEY_5", "VALUE_5"}, {"KEY_6", "VALUE_6"}, {"DURATION", "90"},
+    {"FILE_SIZE", "5242880"}, {"AUDIO_SOURCES", ""}};
 
 // `count` spool lines of the typical event.
 std::string SpoolLines(int count)
@@ -65,7 +52,7 @@ std::string SpoolLines(int count)
     std::string data;
     for (int i = 0; i < count; ++i)
     {
-        AppendEventLine(data, context, "CAPTURE_STOP", TenProperties());
+        AppendEventLine(data, context, "CAPTURE_STOP", kTenProperties);
     }
     return data;
 }
@@ -98,16 +85,12 @@ ClickHouseServer& EmptyStore()
 UploadOptions Options(bool storeAway)
 {
     UploadOptions options;
+    options.url =  // with the store away, a port nobody listens on
+        storeAway ? "http://127.0.0.1:" + std::to_string(ClickHouseServer::FreePorts().http) + "/"
+                  : ClickHouseServer::Shared().Url();
     if (storeAway)
     {
-        QTcpServer server;
-        server.listen(QHostAddress::LocalHost, 0);
-        options.url = "http://127.0.0.1:" + std::to_string(server.serverPort()) + "/";
         options.minRetryDelay = std::chrono::minutes(10);
-    }
-    else
-    {
-        options.url = ClickHouseServer::Shared().Url();
     }
     options.spoolCapBytes = 1ull << 30;
     options.applicationVersion = "3.1.0";
@@ -149,7 +132,7 @@ void BM_TrackSideBySide(benchmark::State& state)
     constexpr int kTurns = 300;
     constexpr int kPerTurn = 1000;
     const std::string name = "CAPTURE_STOP";
-    const Properties& properties = TenProperties();
+    const Properties& properties = kTenProperties;
     for (auto _ : state)
     {
         QTemporaryDir directory;
@@ -214,7 +197,7 @@ void BM_DrainSideBySide(benchmark::State& state)
             auto start = Clock::now();
             for (int i = 0; i < kDrainEvents; ++i)
             {
-                uploader->Track("CAPTURE_STOP", TenProperties());
+                uploader->Track("CAPTURE_STOP", kTenProperties);
             }
             if (uploader->Flush(std::chrono::minutes(10)))
             {
@@ -282,7 +265,7 @@ void BM_BacklogOfAMillion(benchmark::State& state)
             auto tracker = Reference(directory.path());
             for (int i = 0; i < kBacklog; ++i)
             {
-                tracker->Track("CAPTURE_STOP", TenProperties());
+                tracker->Track("CAPTURE_STOP", kTenProperties);
             }
             state.counters["growth MB"] = (ResidentKiB() - before) / 1024.0;
             continue;
@@ -291,7 +274,7 @@ void BM_BacklogOfAMillion(benchmark::State& state)
             auto uploader = Uploader(Options(true), directory.path());
             for (int i = 0; i < kBacklog; ++i)
             {
-                uploader->Track("CAPTURE_STOP", TenProperties());
+                uploader->Track("CAPTURE_STOP", kTenProperties);
             }
             state.counters["growth MB"] = (ResidentKiB() - before) / 1024.0;
             state.counters["backlog"] = static_cast<double>(uploader->Counters().backlog);

@@ -34,15 +34,17 @@ public:
 // An event named `name` with ten properties, three of them ones the shipped rules read.
 inline KT::Tracking::Event TenProperties(const std::string& name = "CAPTURE_STOP")
 {
-    KT::Tracking::Event event{name, {}};
-    for (int i = 0; i < 7; ++i)
-    {
-        event.params["KEY_" + std::to_string(i)] = "VALUE_" + std::to_string(i);
-    }
-    event.params["DURATION"] = "90";
-    event.params["FILE_SIZE"] = "5242880";
-    event.params["AUDIO_SOURCES"] = "";
-    return event;
+    return {name,
+            {{"KEY_0", "VALUE_0"},
+             {"KEY_1", "VALUE_1"},
+             {"KEY_2", "VALUE_2"},
+             {"KEY_3", "VALUE_3"},
+             {"KEY_4", "VALUE_4"},
+             {"KEY_5", "VALUE_5"},
+             {"KEY_6", "VALUE_6"},
+             {"DURATION", "90"},
+             {"FILE_SIZE", "5242880"},
+             {"AUDIO_SOURCES", ""}}};
 }
 
 // The shipped main document, read once, with the line of each element.

@@ -20,7 +20,6 @@
 #include <QWidget>
 
 #include <memory>
-#include <set>
 
 using namespace Velkor::KT::Tracking;
 
@@ -67,14 +66,6 @@ std::unique_ptr<GuiHandler> Handler(bool report, int& reports, double& prepared)
     return handler;
 }
 
-// What StatisticsManager::AttachAllTopLevelWindows() does, with the time it takes.
-double AttachAll(GuiHandler& handler)
-{
-    const double start = ThreadSeconds();
-    handler.AttachAllTopLevelWindows();
-    return ThreadSeconds() - start;
-}
-
 // Forgets the marks, so that the windows can be attached again.
 void ForgetMarks()
 {
@@ -118,7 +109,9 @@ void BM_AttachDemoWindows(benchmark::State& state)
         for (const bool report : {false, true})
         {
             auto handler = Handler(report, reports, prepared);
-            attach[report] += AttachAll(*handler);
+            const double start = ThreadSeconds();
+            handler->AttachAllTopLevelWindows();  // as StatisticsManager's does it
+            attach[report] += ThreadSeconds() - start;
             perEvent[report] += SecondsPerMouseMove(demo.window.recButton);
             ForgetMarks();
         }

@@ -108,12 +108,6 @@ TEST(AppLanguageFillerTest, AsksTheLanguageOnEveryFillAndNeverBefore)
     }
     EXPECT_EQ(seen, lookAndFeel->languages);
     EXPECT_EQ(lookAndFeel->asked, 3);
-
-    // Without a look-and-feel manager it writes nothing.
-    Params untouched{{"K", "v"}};
-    RunFillers(CreateAvailableFillers(nullptr, nullptr, {FillerTypes::AppLanguage}),
-               {FillerTypes::AppLanguage}, untouched);
-    EXPECT_EQ(untouched, (Params{{"K", "v"}}));
 }
 
 // The setting is read when the filler runs, not when it is made.

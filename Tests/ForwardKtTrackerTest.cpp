@@ -109,13 +109,9 @@ private:
 
 using Recording = RefCounted<RecordingApplicationTracker>;
 
-// Analytics trackers that journal into `journal`, or none.
-ApplicationTrackerFactory::Creator JournalingCreator(Journal& journal, bool available = true)
+// Analytics trackers that journal into `journal`.
+ApplicationTrackerFactory::Creator JournalingCreator(Journal& journal)
 {
-    if (!available)
-    {
-        return {};
-    }
     return [&journal] { return RefPtr<IApplicationTracker>(new Recording(journal)); };
 }
 
@@ -125,7 +121,7 @@ struct Fixture
 {
     Fixture(Journal& journal, std::vector<std::shared_ptr<IKtTrackingEndpoint>> endpoints,
             bool analyticsAvailable = true)
-        : creator(JournalingCreator(journal, analyticsAvailable)),
+        : creator(analyticsAvailable ? JournalingCreator(journal) : nullptr),
           tracker(std::make_unique<ForwardKtTracker>(
               std::make_shared<CustomizationManager>("recorder", ""), settings,
               std::make_shared<SessionId>("S1"), ioPath("/d"), std::move(endpoints)))

@@ -27,12 +27,6 @@ namespace
 
 using Options = JsonLinesApplicationTracker::Options;
 
-// The lines of the data directory's files, oldest first.
-std::vector<std::string> StoredLines(const QString& directory)
-{
-    return KtTest::ReadStoredFiles(directory, true).lines;
-}
-
 // The parameter `key` of a stored line, which must be a JSON object.
 std::string Param(const std::string& line, const QString& key)
 {
@@ -97,7 +91,7 @@ TEST(JsonLinesApplicationTrackerTest, WritesALinePerEventAndRefusesWhatItCannotS
     ASSERT_TRUE(tracker->Track("TWO", "K", "v"));
     EXPECT_EQ(tracker->CurrentFilePath(), (nested + "/events.jsonl").toStdString());
 
-    const std::vector<std::string> lines = StoredLines(nested);
+    const std::vector<std::string> lines = KtTest::ReadStoredFiles(nested, true).lines;
     ASSERT_EQ(lines.size(), 2u);
     // The event's own values win, the session's SID is not repeated, keys come in byte order.
     EXPECT_NE(
@@ -140,7 +134,7 @@ TEST(JsonLinesApplicationTrackerTest, ConcurrentWritersLoseNothingAndKeepEachThr
         thread.join();
     }
     std::vector<int> next(4, 0);
-    const std::vector<std::string> lines = StoredLines(directory.path());
+    const std::vector<std::string> lines = KtTest::ReadStoredFiles(directory.path(), true).lines;
     EXPECT_EQ(lines.size(), 1600u);
     for (const auto& line : lines)
     {

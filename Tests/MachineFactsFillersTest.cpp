@@ -38,16 +38,6 @@ Params FillFresh(IDataFiller& filler)
     return params;
 }
 
-std::set<std::string> KeysOf(const Params& params)
-{
-    std::set<std::string> keys;
-    for (const auto& entry : params)
-    {
-        keys.insert(entry.first);
-    }
-    return keys;
-}
-
 // --- Keys -------------------------------------------------------------------------------------
 
 struct KeysRow
@@ -64,10 +54,10 @@ TEST_P(FillerKeysTest, WritesExactlyItsKeysWithValuesAndOverwrites)
     const KeysRow& row = GetParam();
     const std::unique_ptr<IDataFiller> filler = row.make();
     const Params fresh = FillFresh(*filler);
-    EXPECT_EQ(KeysOf(fresh), row.keys);
+    // None but its keys, each with a value; that it writes all of them, the overwrite shows.
     for (const auto& [key, value] : fresh)
     {
-        EXPECT_FALSE(value.empty()) << key;
+        EXPECT_TRUE(row.keys.count(key) == 1 && !value.empty()) << key << "=" << value;
     }
 
     // Over a map that already holds every key with another value, and a foreign key.

@@ -50,6 +50,7 @@ KT_ROWS(NullCollaboratorTest,
         {{"EmptyPointer", [] { NotNull<IKtTracker> holder{std::shared_ptr<IKtTracker>()}; }},
          {"FilterSuccessor", [] { FilterKtTracker filter{nullptr}; }},
          {"AggregatorSuccessor", [] { AggregatorKtTracker aggregator{nullptr}; }},
+         {"InstancesHandlerTracker", [] { InstancesHandler handler{nullptr}; }},
          // Refused before the analytics tracker is asked for.
          {"ForwardProductSettings", []
           {

@@ -19,7 +19,6 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 
-#include <algorithm>
 #include <atomic>
 #include <future>
 #include <mutex>
@@ -85,14 +84,6 @@ std::vector<std::pair<std::string, std::string>> Rows(const std::string& body)
     return rows;
 }
 
-int CountMessages(const KtTest::LogCapture& log, const std::string& part)
-{
-    const auto messages = log.Messages();
-    return static_cast<int>(std::count_if(messages.begin(), messages.end(),
-                                          [&](const auto& message)
-                                          { return message.find(part) != std::string::npos; }));
-}
-
 // Each failure waits as the backoff says, and never less: 50 ms, up to 100 ms, the 1 s that
 // Retry-After asks for, up to 400 ms. Only the last attempt delivers, so the batch is in the store
 // once. Every kind of failure is logged once, not every attempt.
@@ -156,10 +147,11 @@ TEST(UploaderRepliesTest, RetriesWithBackoffAndHonoursRetryAfter)
     EXPECT_EQ(counters.sent, 5u);
     EXPECT_EQ(counters.backlog, 0u);
     EXPECT_EQ(counters.lastError, "HTTP 429 from " + stub.Url() + ": slow down");
-    EXPECT_EQ(CountMessages(log, "HTTP 500"), 1);
-    EXPECT_EQ(CountMessages(log, "HTTP 503"), 1);
-    EXPECT_EQ(CountMessages(log, "HTTP 429"), 1);
-    EXPECT_EQ(CountMessages(log, "works again"), 1);
+    EXPECT_EQ(log.Count(google::GLOG_WARNING, "Statistics upload: HTTP 500 from "), 1);
+    EXPECT_EQ(log.Count(google::GLOG_WARNING, "Statistics upload: HTTP 503 from "), 1);
+    EXPECT_EQ(log.Count(google::GLOG_WARNING, "Statistics upload: HTTP 429 from "), 1);
+    EXPECT_EQ(log.Count(google::GLOG_INFO, "Statistics upload to " + stub.Url() + " works again"),
+              1);
 }
 
 // A batch with a poisoned event is split until the event is alone; it goes to the dead-letter
@@ -237,7 +229,9 @@ TEST(UploaderRepliesTest, UnauthorizedPausesWithoutDropping)
     EXPECT_EQ(counters.dropped + counters.deadLettered + counters.sent, 0u);
     std::this_thread::sleep_for(milliseconds(600));  // longer than the longest backoff
     EXPECT_EQ(stub.Requests().size(), 1u);
-    EXPECT_EQ(CountMessages(log, "upload paused"), 1);
+    EXPECT_EQ(log.Count(google::GLOG_ERROR, "Statistics upload: HTTP 401 from " + stub.Url() +
+                                                ": Authentication failed; upload paused"),
+              1);
 
     authorized = true;
     tracker->Resume();
@@ -280,7 +274,10 @@ TEST(UploaderRepliesTest, SpoolCapHoldsWhileTheStoreIsUnreachable)
     EXPECT_GT(counters.dropped, 0u);
     EXPECT_EQ(counters.dropped + counters.backlog, static_cast<std::uint64_t>(kEvents));
     EXPECT_GT(counters.retried, 0u);
-    EXPECT_EQ(CountMessages(log, "dropping the oldest"), 1);
+    EXPECT_EQ(log.Count(google::GLOG_WARNING,
+                        "Statistics spool full (65536 bytes): dropping the "
+                        "oldest unsent events until it empties"),
+              1);
 }
 
 // Stopping gives a store that does not answer only the shutdown time; what is left stays spooled.

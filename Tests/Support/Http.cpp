@@ -60,15 +60,11 @@ bool Fill(int fd, std::string& buffer, std::size_t until)
 std::string Gunzip(const std::string& compressed)
 {
     z_stream stream{};
-    if (inflateInit2(&stream, 15 + 16) != Z_OK)
-    {
-        return {};
-    }
-    std::string out;
+    int result = inflateInit2(&stream, 15 + 16);  // inflateEnd() below is safe after a failure
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(compressed.data()));
     stream.avail_in = static_cast<uInt>(compressed.size());
+    std::string out;
     char buffer[65536];
-    int result = Z_OK;
     while (result == Z_OK)
     {
         stream.next_out = reinterpret_cast<Bytef*>(buffer);
