@@ -106,12 +106,11 @@ TEST_P(AttachDiagnosisTest, SaysWhatExplainsTheEntry)
     ASSERT_EQ(reports.size(), 1u);
     EXPECT_EQ(reports.front().AttachedTo(), "21 top-level windows and 2 actions");
     EXPECT_EQ(Findings(reports.front()), GetParam().findings);
-    bool warned = false;
-    for (const std::string& finding : GetParam().findings)
-    {
-        warned = warned || finding.find(": warning: ") != std::string::npos;
-    }
-    EXPECT_EQ(reports.front().HasProblems(), warned);
+    const auto& findings = GetParam().findings;
+    EXPECT_EQ(reports.front().HasProblems(),
+              std::any_of(findings.begin(), findings.end(),
+                          [](const std::string& finding)
+                          { return finding.find(": warning: ") != std::string::npos; }));
 }
 
 KT_ROWS(

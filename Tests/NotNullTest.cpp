@@ -49,6 +49,7 @@ TEST_P(NullCollaboratorTest, ThrowsNotNullsLogicError)
 KT_ROWS(NullCollaboratorTest,
         {{"EmptyPointer", [] { NotNull<IKtTracker> holder{std::shared_ptr<IKtTracker>()}; }},
          {"FilterSuccessor", [] { FilterKtTracker filter{nullptr}; }},
+         {"GuiHandlerTracker", [] { GuiHandler handler{nullptr}; }},
          {"AggregatorSuccessor", [] { AggregatorKtTracker aggregator{nullptr}; }},
          {"InstancesHandlerTracker", [] { InstancesHandler handler{nullptr}; }},
          // Refused before the analytics tracker is asked for.

@@ -15,7 +15,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAction>
 #include <QPushButton>
 #include <QWidget>
 
@@ -56,7 +55,6 @@ public:
 
 const char kGuiDocument[] = R"(<ktmstat><gui>
     <widget id="MainWindow"><button id="stopButton"><clicked-event event="STOP"/></button></widget>
-    <action id="ActionQuit"><triggered-event event="QUIT"/></action>
 </gui><instances>
     <IScheduler><start event="SCHEDULER_START"/></IScheduler>
 </instances></ktmstat>)";
@@ -81,17 +79,13 @@ protected:
             std::make_shared<ListCrashTracker>(std::move(failed)), convertation, fillers);
     }
 
-    // A top-level window "MainWindow" with "stopButton" and the action "ActionQuit".
-    std::unique_ptr<QWidget> MakeWindow(QAction* action = nullptr)
+    // A top-level window "MainWindow" with "stopButton".
+    std::unique_ptr<QWidget> MakeWindow()
     {
         auto window = std::make_unique<QWidget>();
         window->setObjectName("MainWindow");
         auto* button = new QPushButton(window.get());
         button->setObjectName("stopButton");
-        if (action)
-        {
-            window->addAction(action);
-        }
         return window;
     }
 
@@ -356,27 +350,25 @@ public:
     std::vector<QObject*> attached;
 };
 
-TEST_F(StatisticsManagerTest, TopLevelWindowsAndTheirSharedActionAttachedOnce)
+// The pass over the windows' actions is the GUI handler's (AttachReportTest, GuiHandlerActionTest).
+TEST_F(StatisticsManagerTest, EveryTopLevelWindowGoesThroughTheVirtualAttach)
 {
     CountingManager manager(
         tracker, language, nullptr, nullptr, std::make_shared<FixedLaunchType>(2),
         std::make_shared<ListCrashTracker>(std::vector<std::string>{}), convertation, {});
     manager.SetConfig(kGuiDocument);
 
-    QAction quit(nullptr);
-    quit.setObjectName("ActionQuit");
-    auto first = MakeWindow(&quit);
-    auto second = MakeWindow(&quit);
+    auto first = MakeWindow();
+    auto second = MakeWindow();
     manager.AttachAllTopLevelWindows();
 
     // Every top-level widget went through the virtual attach; ours among them.
     EXPECT_THAT(manager.attached, testing::IsSupersetOf<QObject*>({first.get(), second.get()}));
 
     tracker->Clear();
-    quit.trigger();
     StopButton(first.get())->click();
     StopButton(second.get())->click();
-    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"QUIT", "STOP", "STOP"}));
+    EXPECT_EQ(tracker->Names(), (std::vector<std::string>{"STOP", "STOP"}));
 }
 
 }  // namespace
