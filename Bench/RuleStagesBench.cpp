@@ -21,15 +21,6 @@ namespace
 // ---- The floor: the stages' own evaluation instantiated without the trace (FilterPass<false>,
 // AggregatorPass<false>), under a lock and before the same endpoint, but without the stage
 // around it: what the stage adds is its dispatch between the traced and the untraced pass.
-template <class Root>
-std::unique_ptr<Root> Read(const char* resource,
-                           std::unique_ptr<Root> (*parse)(std::istream&, ::xml_schema::flags,
-                                                          const ::xml_schema::properties&))
-{
-    std::istringstream text(LoadConfigFromQrc(resource));
-    return parse(text, ::xml_schema::flags::dont_validate, ::xml_schema::properties());
-}
-
 template <template <bool> class Pass, class Root>
 struct Floor : IKtTracker
 {
@@ -76,7 +67,7 @@ public:
     std::map<int, int> counts;
 };
 
-// How a stage is measured: range(1) of the benchmarks below.
+// How a stage is measured: a range of the benchmarks below.
 enum Mode
 {
     kUntracedFloor = 0,
@@ -84,31 +75,30 @@ enum Mode
     kListener = 2,
 };
 
-void Label(benchmark::State& state, int mode)
-{
-    state.SetLabel(mode == kUntracedFloor ? "untraced pass (floor)"
-                   : mode == kNoListener  ? "stage, no listener"
-                                          : "stage, counting listener");
-}
+const char* const kModeLabels[] = {"untraced pass (floor)", "stage, no listener",
+                                   "stage, counting listener"};
 
 // A stage of the shipped document `resource`, measured in `mode`, before a null endpoint; the
 // floor reads the document with `read`.
-template <class Stage, class Floor, class Root>
+template <class Stage, template <bool> class Pass, class Root>
 std::shared_ptr<IKtTracker> MakeStage(
-    int mode, const char* resource,
+    benchmark::State& state, int mode, const char* resource,
     std::unique_ptr<Root> (*read)(std::istream&, ::xml_schema::flags,
                                   const ::xml_schema::properties&))
 {
+    state.SetLabel(kModeLabels[mode]);
     const auto endpoint = std::make_shared<NullEndpoint>();
+    std::istringstream text(LoadConfigFromQrc(resource));
     if (mode == kUntracedFloor)
     {
-        auto floor = std::make_shared<Floor>();
+        auto floor = std::make_shared<Floor<Pass, Root>>();
         floor->next = endpoint;
-        floor->document = Read(resource, read);
+        floor->document =
+            read(text, ::xml_schema::flags::dont_validate, ::xml_schema::properties());
         return floor;
     }
     auto stage = std::make_shared<Stage>(endpoint);
-    stage->SetConfig(LoadConfigFromQrc(resource));
+    stage->SetConfig(text.str());
     if (mode == kListener)
     {
         stage->SetTraceListener(std::make_shared<CountingListener>());
@@ -116,26 +106,14 @@ std::shared_ptr<IKtTracker> MakeStage(
     return stage;
 }
 
-std::shared_ptr<IKtTracker> FilterStage(int mode)
-{
-    return MakeStage<FilterKtTracker, Floor<FilterPass, Config::Filter::Filter>>(
-        mode, "/KT/Tracking/FilterConfig.xml", &Config::Filter::filter);
-}
-
-std::shared_ptr<IKtTracker> AggregatorStage(int mode)
-{
-    return MakeStage<AggregatorKtTracker, Floor<AggregatorPass, Config::Aggregator::Aggregator>>(
-        mode, "/KT/Tracking/AggregatorConfig.xml", &Config::Aggregator::aggregator);
-}
-
 // range(0): 0 = an event no block names (walks the whole document), 1 = "CAPTURE_STOP"
 // (three rules fire). range(1): the Mode.
 void BM_FilterShippedDocument(benchmark::State& state)
 {
-    const int mode = static_cast<int>(state.range(1));
-    Label(state, mode);
     const Event event = TenProperties(state.range(0) ? "CAPTURE_STOP" : "EMAIL_DIALOG_SHOWN");
-    const std::shared_ptr<IKtTracker> stage = FilterStage(mode);
+    const std::shared_ptr<IKtTracker> stage = MakeStage<FilterKtTracker, FilterPass>(
+        state, static_cast<int>(state.range(1)), "/KT/Tracking/FilterConfig.xml",
+        &Config::Filter::filter);
     IKtTracker* track = stage.get();
     benchmark::DoNotOptimize(track);  // every mode is called through the interface
     for (auto _ : state)
@@ -150,11 +128,11 @@ BENCHMARK(BM_FilterShippedDocument)
 // A cause and its main event. range(0): the Mode.
 void BM_AggregatorShippedDocument(benchmark::State& state)
 {
-    const int mode = static_cast<int>(state.range(0));
-    Label(state, mode);
     const Event cause{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}};
     const Event main = TenProperties("CAPTURE_START");
-    const std::shared_ptr<IKtTracker> stage = AggregatorStage(mode);
+    const std::shared_ptr<IKtTracker> stage = MakeStage<AggregatorKtTracker, AggregatorPass>(
+        state, static_cast<int>(state.range(0)), "/KT/Tracking/AggregatorConfig.xml",
+        &Config::Aggregator::aggregator);
     IKtTracker* track = stage.get();
     benchmark::DoNotOptimize(track);
     for (auto _ : state)

@@ -149,15 +149,6 @@ struct HostileRow
     std::function<std::string(const std::string&)> finish = {};
 };
 
-std::string Replace(std::string text, const std::string& from, const std::string& to)
-{
-    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-    {
-        text.replace(at, from.size(), to);
-    }
-    return text;
-}
-
 std::string Repeated(int count, const std::string& text)
 {
     std::string result;
@@ -214,13 +205,14 @@ std::string Renaming(const std::string& name)
 // A filter renaming PROBE: with "%FILL%" filled up to `size` bytes, refused with `refusal` or read.
 HostileRow Sized(const char* label, std::size_t size, const char* refusal)
 {
-    return {label,
-            Renaming("PROBE_READ"),
-            refusal,
-            "filter",
-            refusal ? std::vector<std::string>{} : std::vector<std::string>{"PROBE_READ{K=1e308}"},
-            [=](const std::string& text)
-            { return Replace(text, "%FILL%", std::string(size - (text.size() - 6), ' ')); }};
+    return {
+        label,
+        Renaming("PROBE_READ"),
+        refusal,
+        "filter",
+        refusal ? std::vector<std::string>{} : std::vector<std::string>{"PROBE_READ{K=1e308}"},
+        [=](const std::string& text)
+        { return KtTest::ReplaceAll(text, "%FILL%", std::string(size - (text.size() - 6), ' ')); }};
 }
 
 // A filter renaming PROBE to a name beyond ASCII after `declaration`, encoded by `encode`.
@@ -232,7 +224,8 @@ HostileRow Encoded(const char* label, const std::string& declaration,
             nullptr,
             "filter",
             {"PROBE_\u00e9{K=1e308}"},
-            [=](const std::string& text) { return encode(Replace(text, "%FILL%", "")); }};
+            [=](const std::string& text)
+            { return encode(KtTest::ReplaceAll(text, "%FILL%", "")); }};
 }
 
 // A gui section with a widget "probe" that reports READ, and `widgets`: read, the probe says READ.
@@ -399,7 +392,7 @@ TEST_P(HostileDocumentTest, RefusedOrReadAsDefined)
     {
         if (text.find(token) != std::string::npos)
         {
-            text = Replace(text, token, expansion());
+            text = KtTest::ReplaceAll(text, token, expansion());
         }
     }
     if (hostile.finish)

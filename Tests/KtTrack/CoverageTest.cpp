@@ -119,11 +119,7 @@ TEST_P(CoverageSummaryTest, CountsEachRuleAndSumsThemUp)
 {
     QTemporaryDir dir;
     const std::string filter = Write(dir, "f.xml", kSmallFilter);
-    std::string expected = GetParam().out;
-    for (auto at = expected.find('@'); at != std::string::npos; at = expected.find('@', at))
-    {
-        expected.replace(at, 1, filter);
-    }
+    const std::string expected = KtTest::ReplaceAll(GetParam().out, "@", filter);
     const Outcome run = KtTrack({"coverage", filter, "-"}, GetParam().session);
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_EQ(run.out, expected);

@@ -124,15 +124,8 @@ TEST_P(DiffSummaryTest, PairsTheSidesAndSumsThemUp)
                                 "{\"name\":\"A\",\"params\":{\"K\":\"1\"}}\n"
                                 "{\"name\":\"D\",\"params\":{\"K\":\"1\"}}\n"
                                 "{\"name\":\"E\"}\n");
-    std::string expected = GetParam().out;
-    for (const auto& [mark, path] : {std::pair{"@old", older}, std::pair{"@new", newer}})
-    {
-        for (auto at = expected.find(mark); at != std::string::npos; at = expected.find(mark, at))
-        {
-            expected.replace(at, 4, path);
-        }
-    }
-    EXPECT_EQ(run.out, expected);
+    EXPECT_EQ(run.out,
+              KtTest::ReplaceAll(KtTest::ReplaceAll(GetParam().out, "@old", older), "@new", newer));
     EXPECT_EQ(run.code, GetParam().code) << run.err;
 }
 

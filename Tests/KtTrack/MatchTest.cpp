@@ -2,6 +2,8 @@
 
 #include "KtTrackRun.h"
 
+#include "Support/Named.h"
+
 #include "Tracking/Gui/ObjectTree.h"
 
 #include <QAction>
@@ -41,11 +43,8 @@ TEST_P(MatchTest, PrintsWhatEachEntryHooks)
     const MatchRow& row = GetParam();
     QWidget window;
     window.setObjectName("MainWindow");
-    auto* ok = new QPushButton(&window);
-    ok->setObjectName("okButton");
-    auto* quit = new QAction(&window);
-    quit->setObjectName("actionQuit");
-    window.addAction(quit);
+    KtTest::Named<QPushButton>("okButton", &window);
+    window.addAction(KtTest::Named<QAction>("actionQuit", &window));
 
     QTemporaryDir dir;
     const std::string doc = Write(dir, "doc.xml", Document(row.entries));
@@ -57,13 +56,10 @@ TEST_P(MatchTest, PrintsWhatEachEntryHooks)
     EXPECT_EQ(run.code, row.code) << run.err;
     EXPECT_EQ(KtTrack({"match", "--werror", doc, tree}).code, row.werrorCode);
     const std::string all = run.out + run.err;
-    for (std::string says : row.says)
+    for (const std::string& says : row.says)
     {
-        if (says[0] == '@')
-        {
-            says = doc + says.substr(1);
-        }
-        EXPECT_NE(all.find(says), std::string::npos) << says << "\n" << all;
+        EXPECT_NE(all.find(KtTest::ReplaceAll(says, "@", doc)), std::string::npos) << says << "\n"
+                                                                                   << all;
     }
 }
 
@@ -132,11 +128,7 @@ TEST_P(CheckGuiTest, WarningsCarryTheEntrysLine)
 {
     QTemporaryDir dir;
     const std::string doc = Write(dir, "doc.xml", Document(GetParam().entries));
-    std::string expected = GetParam().warnings;
-    for (auto at = expected.find('@'); at != std::string::npos; at = expected.find('@', at))
-    {
-        expected.replace(at, 1, doc);
-    }
+    const std::string expected = KtTest::ReplaceAll(GetParam().warnings, "@", doc);
     const Outcome run = KtTrack({"check", doc});
     EXPECT_EQ(run.err, expected);
     EXPECT_EQ(run.code, 0);

@@ -20,13 +20,7 @@ const std::string kDir = kConfigDir + "/";
 Outcome Check(const std::vector<std::string>& args, const std::string& dir = kDir)
 {
     Outcome run = KtTrack(args);
-    for (const std::string& strip : {kDir, dir})
-    {
-        for (auto at = run.err.find(strip); at != std::string::npos; at = run.err.find(strip))
-        {
-            run.err.erase(at, strip.size());
-        }
-    }
+    run.err = KtTest::ReplaceAll(KtTest::ReplaceAll(run.err, kDir, ""), dir, "");
     return run;
 }
 
@@ -102,11 +96,7 @@ TEST_P(BrokenMainDocumentTest, IsReported)
     for (const auto& [find, replace] : GetParam().edits)
     {
         ASSERT_NE(text.find(find), std::string::npos) << find;
-        for (auto at = text.find(find); at != std::string::npos; at = text.find(find, at))
-        {
-            text.replace(at, find.size(), replace);
-            at += replace.size();
-        }
+        text = KtTest::ReplaceAll(text, find, replace);
     }
     QTemporaryDir dir;
     const Outcome run = Check({"check", Write(dir, "Config.xml", text), kDir + "FilterConfig.xml",

@@ -32,11 +32,21 @@ class Table : public testing::TestWithParam<Row>
 // `label` with every character that a test name cannot hold replaced by '_'.
 std::string RowName(const std::string& label);
 
+// `text` with every `from` replaced by `to`, left to right: a row's placeholders filled in.
+inline std::string ReplaceAll(std::string text, const std::string& from, const std::string& to)
+{
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
 }  // namespace KtTest
 
 // The rows of the table `Suite`: a braced list of rows, or any container of them.
-#define KT_ROWS(Suite, ...)                                                                \
-    INSTANTIATE_TEST_SUITE_P(                                                              \
-        , Suite, testing::ValuesIn(std::vector<Suite::ParamType>(__VA_ARGS__)),            \
-        [](const testing::TestParamInfo<Suite::ParamType>& info)                           \
-        { return KtTest::RowName(info.param.label); })
+#define KT_ROWS(Suite, ...)                                                                 \
+    INSTANTIATE_TEST_SUITE_P(, Suite,                                                       \
+                             testing::ValuesIn(std::vector<Suite::ParamType>(__VA_ARGS__)), \
+                             [](const testing::TestParamInfo<Suite::ParamType>& info)       \
+                             { return KtTest::RowName(info.param.label); })
