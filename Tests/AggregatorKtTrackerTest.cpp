@@ -4,19 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <ostream>
 #include <string>
-#include <vector>
 
 using Velkor::KT::Tracking::AggregatorKtTracker;
-using Velkor::KT::Tracking::Event;
-using Velkor::KT::Tracking::LoadConfigFromQrc;
 
 namespace
 {
 
-using Events = std::vector<Event>;
 using Stage = KtTest::Stage<AggregatorKtTracker>;
 using AggregatorTest = KtTest::Table<KtTest::StageRow>;
 
@@ -73,13 +67,12 @@ KT_ROWS(AggregatorTest,
 TEST(AggregatorKtTrackerTest, HeldCausesSurviveANewDocument)
 {
     Stage stage;
-    stage.tracker->SetConfig(LoadConfigFromQrc(kShipped));
-    stage.tracker->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "TRAY"}}});
+    stage.tracker->SetConfig(KtTest::DocumentText(kShipped));
+    stage.Run("TRAY_CAPTURE_START_EVENT{METHOD=TRAY}");
     stage.tracker->SetConfig("<aggregator><event event=\"CAPTURE_START\"/></aggregator>");
-    stage.tracker->Track({"TRAY_CAPTURE_START_EVENT", {{"METHOD", "IGNORED"}}});
-    stage.tracker->Track({"CAPTURE_START", {}});
-    EXPECT_EQ(stage.out->Events(), (Events{{"TRAY_CAPTURE_START_EVENT", {{"METHOD", "IGNORED"}}},
-                                           {"CAPTURE_START", {{"METHOD", "TRAY"}}}}));
+    EXPECT_EQ(
+        stage.Run("TRAY_CAPTURE_START_EVENT{METHOD=IGNORED} CAPTURE_START{}"),
+        KtTest::EventsFrom("TRAY_CAPTURE_START_EVENT{METHOD=IGNORED} CAPTURE_START{METHOD=TRAY}"));
 }
 
 using AggregatorBadDocumentTest = KtTest::Table<KtTest::RefusedRow>;

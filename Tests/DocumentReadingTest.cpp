@@ -174,18 +174,6 @@ KT_ROWS(KtmStatReadTest,
              "-7;256;"},
         });
 
-TEST(KtmStatDocumentTest, WrongSchemaLocationReadsLikeTheRightOne)
-{
-    const std::string body =
-        "><gui><object id='o'><signal event='E' signal='2s()'/></object></gui></ktmstat>";
-    const std::string xsi = "<ktmstat xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' ";
-    const auto right = ParseMain(xsi + "xsi:noNamespaceSchemaLocation='KtmStat.xsd'" + body);
-    const auto wrong =
-        ParseMain(xsi + "xsi:noNamespaceSchemaLocation='C:/nowhere/none.xsd'" + body);
-    EXPECT_EQ(*right, *wrong);
-    EXPECT_EQ(wrong->gui()->object().front().signal().front().signal(), "2s()");
-}
-
 // ---- the filter and aggregator documents ---------------------------------------------------
 
 // One `param` rule, summed up by each row's probe.
@@ -274,15 +262,9 @@ KT_ROWS(FilterParamTest,
              "1;001;10;"},
         });
 
-TEST(RuleDocumentsTest, BlocksAndNamesKeptAsWrittenInDocumentOrder)
+// (The filter's blocks in document order: FilterKtTrackerTest.)
+TEST(RuleDocumentsTest, AggregatorBlocksAndNamesKeptAsWrittenInDocumentOrder)
 {
-    const auto filter = ParseFilter(
-        "<filter><event event='PREF_CHANGE'><param key='A'/></event><event event='X'/>"
-        "<event event='PREF_CHANGE'><param key='B'/></event></filter>");
-    EXPECT_EQ(
-        Join(filter->event(), [](const auto& e)
-             { return e.event() + (e.param().empty() ? "" : ":" + e.param().front().key()); }),
-        "PREF_CHANGE:A;X;PREF_CHANGE:B;");
     std::istringstream input(
         "<aggregator><event event='CAPTURE_START'><affectingEventName>B</affectingEventName>"
         "<affectingEventName> H </affectingEventName></event><event event='EMPTY'/>"
