@@ -18,15 +18,9 @@
 
 using Velkor::Analytics::RotatingAppendFile;
 using Naming = RotatingAppendFile::Naming;
-using Stored = KtTest::StoredFiles;
 
 namespace
 {
-
-Stored ReadStored(const QString& directory, Naming naming)
-{
-    return KtTest::ReadStoredFiles(directory, naming == Naming::Shifting);
-}
 
 // --- Torn lines -------------------------------------------------------------------------------
 
@@ -56,7 +50,8 @@ TEST_P(DurableAppendTornTailTest, OpeningCutsTheIncompleteLastLine)
     ASSERT_TRUE(files.Append("NEW\n"));
     EXPECT_EQ(files.CurrentPath(), current.toStdString());
 
-    const Stored stored = ReadStored(directory.path(), row.naming);
+    const KtTest::StoredFiles stored =
+        KtTest::ReadStoredFiles(directory.path(), row.naming == Naming::Shifting);
     EXPECT_TRUE(stored.allEndInNewline);
     EXPECT_EQ(stored.lines, row.linesAfter);
 }
@@ -99,7 +94,8 @@ TEST_P(DurableAppendSizeCapTest, KeepsTheNewestLinesWithinTheCap)
                 files.Append(std::to_string(i) + ' ' + std::string(row.padding, 'p') + '\n'));
         }
     }
-    const Stored stored = ReadStored(directory.path(), row.naming);
+    const KtTest::StoredFiles stored =
+        KtTest::ReadStoredFiles(directory.path(), row.naming == Naming::Shifting);
     ASSERT_FALSE(stored.lines.empty());
     const std::size_t longestLine = std::to_string(row.lines).size() + row.padding + 2;
 
@@ -159,7 +155,8 @@ TEST_P(DurableAppendRotationBoundaryTest, RotatesOnlyPastTheSize)
             ASSERT_TRUE(files.Append(std::string(bytes - 1, 'x') + '\n'));
         }
     }
-    EXPECT_EQ(ReadStored(directory.path(), row.naming).fileSizes, row.fileSizes);
+    EXPECT_EQ(KtTest::ReadStoredFiles(directory.path(), row.naming == Naming::Shifting).fileSizes,
+              row.fileSizes);
 }
 
 KT_ROWS(DurableAppendRotationBoundaryTest,
