@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <dirent.h>
@@ -78,6 +80,8 @@ RotatingAppendFile::RotatingAppendFile(std::string baseName, std::uint64_t maxFi
 
 bool RotatingAppendFile::Open(const std::string& directory)
 {
+    std::error_code ignored;  // a directory that cannot be made fails at the lock below
+    std::filesystem::create_directories(directory, ignored);
     m_directory = directory;
     const std::string lockPath = m_directory + '/' + m_baseName + ".lock";
     FileDescriptor lock(::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644));

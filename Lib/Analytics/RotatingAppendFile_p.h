@@ -39,8 +39,9 @@ public:
     RotatingAppendFile(std::string baseName, std::uint64_t maxFileBytes, unsigned maxFiles,
                        Naming naming = Naming::Shifting);
 
-    // Takes the lock of the existing `directory` and opens its current file. Fails when another
-    // object, in this or another process, holds the lock, or when the file cannot be opened.
+    // Takes the lock of `directory`, made as needed, and opens its current file. Fails when
+    // another object, in this or another process, holds the lock, or when the directory or the
+    // file cannot be made.
     bool Open(const std::string& directory);
     // Appends `line`, which ends with a line end, whole or not at all.
     bool Append(std::string_view line);

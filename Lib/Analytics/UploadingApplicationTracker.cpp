@@ -17,9 +17,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <filesystem>
 #include <mutex>
-#include <system_error>
 
 namespace Velkor::Analytics
 {
@@ -213,12 +211,6 @@ bool UploadingApplicationTracker::Initialize(const Properties& defaultProperties
 {
     std::lock_guard<std::mutex> lock(d->mutex);
     if (d->initialized || dataDirectory.empty())
-    {
-        return false;
-    }
-    std::error_code error;
-    std::filesystem::create_directories(dataDirectory, error);
-    if (error && !std::filesystem::is_directory(dataDirectory))
     {
         return false;
     }

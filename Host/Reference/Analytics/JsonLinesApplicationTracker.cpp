@@ -3,9 +3,7 @@
 #include "Analytics/EventLineFormat_p.h"
 #include "Analytics/RotatingAppendFile_p.h"
 
-#include <filesystem>
 #include <mutex>
-#include <system_error>
 
 namespace Velkor::Analytics
 {
@@ -77,12 +75,6 @@ bool JsonLinesApplicationTracker::Initialize(const Properties& defaultProperties
 {
     std::lock_guard<std::mutex> lock(d->mutex);
     if (d->initialized || dataDirectory.empty())
-    {
-        return false;
-    }
-    std::error_code error;
-    std::filesystem::create_directories(dataDirectory, error);
-    if (error && !std::filesystem::is_directory(dataDirectory))
     {
         return false;
     }
