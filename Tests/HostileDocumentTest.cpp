@@ -3,6 +3,7 @@
 // meaning, in bounded time and memory, never reading a file through an entity. A refused
 // document leaves the earlier one in force.
 
+#include "Support/EventText.h"
 #include "Support/LaunchAndCrashDoubles.h"
 #include "Support/LogCapture.h"
 #include "Support/RecordingTracker.h"
@@ -30,7 +31,6 @@
 #include <vector>
 
 namespace Tracking = Velkor::KT::Tracking;
-using Tracking::Event;
 
 namespace
 {
@@ -38,7 +38,7 @@ namespace
 const char* const kSecret = "TOP-SECRET-7d1f";
 
 // A stage that reads one document kind over an earlier document, and a probe that tells which
-// document is in force by what it delivers ("NAME" per event, "NAME{K=V}" with the probe's key).
+// document is in force by the events it delivers, in EventsText's form.
 struct Stage
 {
     std::shared_ptr<KtTest::RecordingTracker> delivered =
@@ -46,18 +46,11 @@ struct Stage
     std::function<void(const std::string&)> setConfig;
     std::function<void()> probe;
 
-    std::vector<std::string> Probe()
+    std::string Probe()
     {
         delivered->Clear();
         probe();
-        std::vector<std::string> names;
-        for (const Event& event : delivered->Events())
-        {
-            const auto key = event.params.find("K");
-            names.push_back(event.name +
-                            (key == event.params.end() ? "" : "{K=" + key->second + "}"));
-        }
-        return names;
+        return KtTest::EventsText(delivered->Events());
     }
 };
 
@@ -76,13 +69,12 @@ struct RootRow
     const char* root;
     const char* logPrefix;
     std::function<void(Stage&)> make;
-    std::vector<std::string> earlierProbe;  // what the probe delivers under the earlier document
+    std::string earlierProbe;  // what the probe delivers under the earlier document
 };
 
 const RootRow kRoots[] = {
     // A widget "probe" attached and shown: the earlier document reports PROBE_SHOWN.
-    {"ktmstat",
-     "Can't read configuration: ",
+    {"ktmstat", "Can't read configuration: ",
      [](Stage& stage)
      {
          auto manager = Make<Tracking::StatisticsManager>(
@@ -103,10 +95,9 @@ const RootRow kRoots[] = {
              probe.show();
          };
      },
-     {"PROBE_SHOWN"}},
+     "PROBE_SHOWN{}"},
     // PROBE{K=1e308}: the earlier rules rename it PROBE_SEEN.
-    {"filter",
-     "Can't parse configuration: ",
+    {"filter", "Can't parse configuration: ",
      [](Stage& stage)
      {
          auto filter = Make<Tracking::FilterKtTracker>(
@@ -115,10 +106,9 @@ const RootRow kRoots[] = {
              "<any><modEvent name='PROBE_SEEN'/></any></param></event></filter>");
          stage.probe = [filter] { filter->Track({"PROBE", {{"K", "1e308"}}}); };
      },
-     {"PROBE_SEEN{K=1e308}"}},
+     "PROBE_SEEN{K=1e308}"},
     // PROBE then MAIN: the earlier rules merge PROBE's params into MAIN.
-    {"aggregator",
-     "Can't parse configuration: ",
+    {"aggregator", "Can't parse configuration: ",
      [](Stage& stage)
      {
          auto aggregator = Make<Tracking::AggregatorKtTracker>(
@@ -131,7 +121,7 @@ const RootRow kRoots[] = {
              aggregator->Track({"MAIN", {}});
          };
      },
-     {"MAIN{K=v}"}},
+     "MAIN{K=v}"},
 };
 
 // A document around %ROOT%, for every root or for one. %DIR% is the directory of the secret
@@ -144,7 +134,7 @@ struct HostileRow
     std::string text;
     const char* refusal;
     const char* onlyRoot = nullptr;  // null: every root
-    std::vector<std::string> readProbe = {};
+    std::string readProbe = {};
     // Applied last: the text in another encoding, or "%FILL%" filled up to a size.
     std::function<std::string(const std::string&)> finish = {};
 };
@@ -210,7 +200,7 @@ HostileRow Sized(const char* label, std::size_t size, const char* refusal)
         Renaming("PROBE_READ"),
         refusal,
         "filter",
-        refusal ? std::vector<std::string>{} : std::vector<std::string>{"PROBE_READ{K=1e308}"},
+        refusal ? "" : "PROBE_READ{K=1e308}",
         [=](const std::string& text)
         { return KtTest::ReplaceAll(text, "%FILL%", std::string(size - (text.size() - 6), ' ')); }};
 }
@@ -234,9 +224,7 @@ HostileRow GuiRead(const char* label, const std::string& widgets)
     return {label,
             "<%ROOT%><gui><widget id='probe'><show-event event='READ'/></widget>" + widgets +
                 "</gui></%ROOT%>",
-            nullptr,
-            "ktmstat",
-            {"READ"}};
+            nullptr, "ktmstat", "READ{}"};
 }
 
 // A filter read with one inRange `bound`: the probe is `probe`.
