@@ -27,9 +27,8 @@ QByteArray ReadInput(const std::string& path, std::istream& in);
 
 // Parses JSON Lines. Blank lines are skipped; "params" may be left out; every other line must be
 // an object with a string "name" and string values in "params", nothing else, and no key twice in
-// one object. Throws
-// ToolError "NAME:LINE: what is wrong" for the first line that is not, `name` being the file name
-// to show.
+// one object. Throws ToolError "NAME:LINE: what is wrong" for the first line that is not, `name`
+// being the file name to show.
 std::vector<NumberedEvent> ParseEvents(const QByteArray& data, const std::string& name);
 
 }  // namespace Velkor::KT::KtTrack
